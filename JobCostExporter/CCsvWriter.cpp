@@ -37,33 +37,127 @@ CellKind KindOf(const char* type) {
                                                 : CellKind::TEXT;
 }
 
-char* CloseCell(char* end, bool last) {
+template <typename Word>
+Word Load(const char* from) {
+    Word word;
+    std::memcpy(&word, from, sizeof word);
+    return word;
+}
+
+template <typename Word>
+void Store(char* to, Word word) {
+    std::memcpy(to, &word, sizeof word);
+}
+
+constexpr uint64_t Repeated(unsigned char byte) {
+    return 0x0101010101010101U * byte;
+}
+
+// Not zero when some byte of `word` lies below `limit`, which is an ASCII character.
+constexpr uint64_t HoldsBelow(uint64_t word, char limit) {
+    return (word - Repeated(static_cast<unsigned char>(limit))) & ~word & Repeated(0x80);
+}
+
+constexpr uint64_t Holds(uint64_t word, char byte) {
+    return HoldsBelow(word ^ Repeated(static_cast<unsigned char>(byte)), 1);
+}
+
+// Whether some byte of `word` makes a value need quoting. All that do lie below the minus sign, as
+// few other characters of real values do, so one test answers for most words.
+constexpr bool NeedsEscape(uint64_t word) {
+    return HoldsBelow(word, '-') != 0 &&
+           (Holds(word, QUOTE) | Holds(word, ',') | Holds(word, '\r') | Holds(word, '\n')) != 0;
+}
+static_assert(QUOTE < '-' && ',' < '-' && '\r' < '-' && '\n' < '-');
+
+// Copies `size` bytes and tells whether one of them makes a value need quoting, in one pass of
+// whole words. Where the size is no multiple of a word, the last one overlaps the one before it, so
+// that no byte outside the text is touched.
+bool CopyNeedsEscape(char* to, const char* from, size_t size) {
+    if (size >= sizeof(uint64_t)) {
+        bool found = false;
+        const size_t last = size - sizeof(uint64_t);
+        for (size_t at = 0; at < last; at += sizeof(uint64_t)) {
+            const auto word = Load<uint64_t>(from + at);
+            Store(to + at, word);
+            found |= NeedsEscape(word);
+        }
+        const auto word = Load<uint64_t>(from + last);
+        Store(to + last, word);
+        return found | NeedsEscape(word);
+    }
+    if (size >= sizeof(uint32_t)) {
+        const size_t last = size - sizeof(uint32_t);
+        const auto head = Load<uint32_t>(from);
+        const auto tail = Load<uint32_t>(from + last);
+        Store(to, head);
+        Store(to + last, tail);
+        return NeedsEscape(head | uint64_t{tail} << 32);
+    }
+    uint64_t word = ~uint64_t{0};  // bytes that need nothing
+    for (size_t at = 0; at < size; ++at) {
+        to[at] = from[at];
+        word = word << 8 | static_cast<unsigned char>(from[at]);
+    }
+    return NeedsEscape(word);
+}
+
+// Once so many bytes of a row are gathered they go to the stream, so that the buffer need not hold
+// rows of very large cells whole.
+constexpr size_t GATHERED = 4096;
+
+void FinishCell(RowBuffer& row, char* end, bool last) {
     *end++ = QUOTE;
     if (!last) {
         *end++ = SEPARATOR;
     }
-    return end;
+    row.Append(end);
 }
 
-// How many bytes NeedsEscape looks at in one go, and so how many must follow the text.
-constexpr size_t SCAN_STEP = 16;
+// Each of the three appends one cell to the row, unless memory is exhausted.
 
-// Whether any of the `size` bytes at `text`, which are followed by SCAN_STEP zero bytes, makes a
-// value need quoting. A loop of a fixed length without a way out, so that it becomes a few vector
-// operations.
-bool NeedsEscape(const char* text, size_t size) {
-    for (size_t at = 0; at < size; at += SCAN_STEP) {
-        unsigned found = 0;
-        for (size_t i = 0; i < SCAN_STEP; ++i) {
-            const char c = text[at + i];
-            found |= static_cast<unsigned>(c == '"') | static_cast<unsigned>(c == ',') |
-                     static_cast<unsigned>(c == '\r') | static_cast<unsigned>(c == '\n');
-        }
-        if (found != 0) {
-            return true;
-        }
+// Kept out of the common path, which is then free of string objects and their clean-up.
+__attribute__((noinline)) bool AppendEscaped(RowBuffer& row, const char* value, bool last) try {
+    const std::string escaped = CCsvWriter::EscapeValue(value);
+    char* cell = row.Reserve(escaped.size() + CELL_FRAME);
+    if (cell == nullptr) {
+        return false;
     }
+    *cell = QUOTE;
+    std::memcpy(cell + 1, escaped.data(), escaped.size());
+    FinishCell(row, cell + 1 + escaped.size(), last);
+    return true;
+} catch (const std::bad_alloc&) {
     return false;
+}
+
+bool AppendText(RowBuffer& row, const char* value, bool last) {
+    const size_t size = std::strlen(value);
+    char* cell = row.Reserve(size + CELL_FRAME);
+    if (cell == nullptr) {
+        return false;
+    }
+    *cell = QUOTE;
+    if (CopyNeedsEscape(cell + 1, value, size)) {
+        return AppendEscaped(row, value, last);
+    }
+    FinishCell(row, cell + 1 + size, last);
+    return true;
+}
+
+bool AppendTyped(RowBuffer& row, const char* value, CellKind kind, DateTimeCells& dateTimes,
+                 bool last) {
+    char* cell = row.Reserve(TYPED_CELL_SIZE + CELL_FRAME);
+    if (cell == nullptr) {
+        return false;
+    }
+    *cell = QUOTE;
+    const int64_t seconds = ParseSeconds(value);
+    FinishCell(row,
+               kind == CellKind::DATE_TIME ? dateTimes.Write(cell + 1, seconds)
+                                           : WriteTimeSpan(cell + 1, seconds),
+               last);
+    return true;
 }
 
 }  // namespace
@@ -146,21 +240,35 @@ int CCsvWriter::WriteValues(int count, const char** values, const char** /*unuse
             return FailRow(error);
         }
     }
-    m_zoneFresh = false;
+    bool refreshed = false;
     for (int i = 0; i < count; ++i) {
-        const char* type = types != nullptr ? types[i] : nullptr;
-        const Cell cell = BuildCell(values[i] != nullptr ? values[i] : "", type, i == count - 1);
-        if (cell.text == nullptr ||
-            platform::WriteUnlocked(cell.text, cell.size, m_file) < cell.size) {
-            const int error = cell.text == nullptr ? ENOMEM : errno;
-            if (error != 0) {
-                Log(277, 'e', error, "CCsvWriter::WriteValues() failed (fwrite error).");
-                return FailRow(error);
-            }
+        const char* value = values[i] != nullptr ? values[i] : "";
+        const CellKind kind = types != nullptr ? KindOf(types[i]) : CellKind::TEXT;
+        if (kind == CellKind::DATE_TIME && !refreshed) {
+            m_dateTimes.Refresh();
+            refreshed = true;
+        }
+        const bool last = i == count - 1;
+        const bool built = kind == CellKind::TEXT
+                               ? AppendText(m_row, value, last)
+                               : AppendTyped(m_row, value, kind, m_dateTimes, last);
+        const bool written = built && (last || m_row.Size() >= GATHERED) ? WriteGathered() : built;
+        const int error = !built ? ENOMEM : !written ? errno : 0;
+        if (error != 0) {
+            Log(277, 'e', error, "CCsvWriter::WriteValues() failed (fwrite error).");
+            return FailRow(error);
         }
     }
     ++m_rowCount;
     return 0;
+}
+
+// Many small cells go to the stream together, because a call of its own for each would cost more
+// than all the rest. The stream gets the same bytes and reports the same failures either way.
+bool CCsvWriter::WriteGathered() {
+    const size_t size = m_row.Size();
+    m_row.Clear();
+    return platform::WriteUnlocked(m_row.Bytes(), size, m_file) == size;
 }
 
 int CCsvWriter::FailRow(int error) {
@@ -168,57 +276,6 @@ int CCsvWriter::FailRow(int error) {
     Log(289, 'e', error, "CCsvWriter::WriteValues() failed.");
     m_failed = true;
     return error;
-}
-
-CCsvWriter::Cell CCsvWriter::BuildCell(const char* value, const char* type, bool last) {
-    const CellKind kind = KindOf(type);
-    if (kind == CellKind::TEXT) {
-        return BuildText(value, last);
-    }
-    char* cell = m_cell.Reserve(TYPED_CELL_SIZE + CELL_FRAME);
-    if (cell == nullptr) {
-        return {nullptr, 0};
-    }
-    if (kind == CellKind::DATE_TIME && !m_zoneFresh) {
-        m_zone.Refresh();
-        m_zoneFresh = true;
-    }
-    *cell = QUOTE;
-    const int64_t seconds = ParseSeconds(value);
-    char* end = kind == CellKind::DATE_TIME ? WriteDateTime(cell + 1, seconds, m_zone)
-                                            : WriteTimeSpan(cell + 1, seconds);
-    end = CloseCell(end, last);
-    return {cell, static_cast<size_t>(end - cell)};
-}
-
-CCsvWriter::Cell CCsvWriter::BuildText(const char* value, bool last) {
-    const size_t size = std::strlen(value);
-    char* cell = m_cell.Reserve(size + CELL_FRAME + SCAN_STEP);
-    if (cell == nullptr) {
-        return {nullptr, 0};
-    }
-    *cell = QUOTE;
-    std::memcpy(cell + 1, value, size);
-    std::memset(cell + 1 + size, 0, SCAN_STEP);
-    if (NeedsEscape(cell + 1, size)) {
-        return BuildEscaped(value, last);
-    }
-    const char* end = CloseCell(cell + 1 + size, last);
-    return {cell, static_cast<size_t>(end - cell)};
-}
-
-CCsvWriter::Cell CCsvWriter::BuildEscaped(const char* value, bool last) try {
-    const std::string escaped = EscapeValue(value);
-    char* cell = m_cell.Reserve(escaped.size() + CELL_FRAME);
-    if (cell == nullptr) {
-        return {nullptr, 0};
-    }
-    *cell = QUOTE;
-    std::memcpy(cell + 1, escaped.data(), escaped.size());
-    const char* end = CloseCell(cell + 1 + escaped.size(), last);
-    return {cell, static_cast<size_t>(end - cell)};
-} catch (const std::bad_alloc&) {
-    return {nullptr, 0};
 }
 
 int CCsvWriter::Close() {

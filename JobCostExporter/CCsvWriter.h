@@ -12,8 +12,8 @@
 #include <memory>
 #include <string>
 
-#include "JobCostExporter/CellBuffer.h"
-#include "JobCostExporter/LocalTime.h"
+#include "JobCostExporter/RowBuffer.h"
+#include "JobCostExporter/TypedCells.h"
 
 class CCsvWriter {
 public:
@@ -35,23 +35,16 @@ public:
     // The text of an untyped cell before the quotes that every cell gets. That a quoted value is
     // then quoted a second time is the file format that readers of these files expect; do not
     // repair it.
-    std::string EscapeValue(const char* value);
+    static std::string EscapeValue(const char* value);
 
     size_t BufferSize() const { return BUFFER_SIZE; }
 
 private:
     static constexpr size_t BUFFER_SIZE = 12582912;  // 12 MiB
 
-    struct Cell {
-        const char* text;  // null: memory is exhausted
-        size_t size;
-    };
-
     void BufferStream();
+    bool WriteGathered();
     int FailRow(int error);
-    Cell BuildCell(const char* value, const char* type, bool last);
-    Cell BuildText(const char* value, bool last);
-    Cell BuildEscaped(const char* value, bool last);
 
     std::string m_path;
     FILE* m_file = nullptr;
@@ -60,7 +53,6 @@ private:
 
     // The C library ignores the size asked for unless it is given a buffer.
     std::unique_ptr<char[]> m_streamBuffer;
-    CellBuffer m_cell;
-    LocalTime m_zone;
-    bool m_zoneFresh = false;  // m_zone was refreshed for the present row
+    RowBuffer m_row;
+    DateTimeCells m_dateTimes;
 };

@@ -34,13 +34,13 @@ void LocalTime::Refresh() {
     // A rule written by hand ("CET-1CEST,M3.5.0,M10.5.0/3") may change the offset as often as it
     // likes.
     if (!m_zoneKnown || std::strchr(m_zone, ',') != nullptr) {
-        m_offsets.reset();
+        m_blocks.reset();
         return;
     }
-    if (m_offsets == nullptr) {
-        m_offsets.reset(new (std::nothrow) Offset[SLOTS]);
+    if (m_blocks == nullptr) {
+        m_blocks.reset(new (std::nothrow) Block[SLOTS]);
     } else {
-        std::fill_n(m_offsets.get(), SLOTS, Offset());
+        std::fill_n(m_blocks.get(), SLOTS, Block());
     }
 }
 
@@ -57,13 +57,24 @@ bool LocalTime::ZoneVariableChanged() {
     return true;
 }
 
-int32_t LocalTime::Learn(int32_t block) {
-    const int64_t first = static_cast<int64_t>(block) << BLOCK_BITS;
-    const int64_t last = first + (int64_t{1} << BLOCK_BITS) - 1;
-    int64_t atFirst = 0;
-    int64_t atLast = 0;
-    const bool constant = OffsetAt(first, &atFirst) && OffsetAt(last, &atLast) && atFirst == atLast;
-    Offset& slot = m_offsets[static_cast<uint64_t>(static_cast<int64_t>(block)) % SLOTS];
-    slot = {block, constant ? static_cast<int32_t>(atFirst) : UNKNOWN};
-    return slot.seconds;
+LocalTime::Block LocalTime::Learn(int32_t number) {
+    const int64_t start = static_cast<int64_t>(number) << BLOCK_BITS;
+    const Block unknown{number, 0, UNKNOWN, UNKNOWN};
+    int64_t before = 0;
+    int64_t after = 0;
+    if (!OffsetAt(start, &before) || !OffsetAt(start + BLOCK_SIZE - 1, &after)) {
+        return unknown;
+    }
+    int64_t last = 0;  // known to have the offset `before`
+    int64_t change = before == after ? last + 1 : BLOCK_SIZE - 1;
+    while (change - last > 1) {
+        const int64_t middle = last + (change - last) / 2;
+        int64_t offset = 0;
+        if (!OffsetAt(start + middle, &offset)) {
+            return unknown;
+        }
+        (offset == before ? last : change) = middle;
+    }
+    return {number, static_cast<int32_t>(change), static_cast<int32_t>(before),
+            static_cast<int32_t>(after)};
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "JobCostExporter/CalendarDays.h"
 #include "JobCostExporter/LocalTime.h"
 
 // What a cell's text may take, its terminator included.
@@ -12,11 +13,21 @@ constexpr size_t TYPED_CELL_SIZE = 256;
 // atol(text), faster for plain numbers.
 int64_t ParseSeconds(const char* text);
 
-// Both write the cell at `out`, which has room for TYPED_CELL_SIZE bytes, and return its end.
-//
-// "YYYY/MM/DD hh:mm:ss" in local time; "1900/01/00 00:00:00" for an instant that the system cannot
-// convert. `zone` has been refreshed for this row.
-char* WriteDateTime(char* out, int64_t seconds, LocalTime& zone);
-// "hh:mm:ss"; hours grow beyond two digits, a negative span gives negative parts (-61 is
-// "00:-1:-1").
+// Date and time cells of local time.
+class DateTimeCells {
+public:
+    // To be called before the cells of a row: notices a changed time zone.
+    void Refresh();
+
+    // Writes "YYYY/MM/DD hh:mm:ss" at `out`, which has room for TYPED_CELL_SIZE bytes, and returns
+    // its end; "1900/01/00 00:00:00" for an instant that the system cannot convert.
+    char* Write(char* out, int64_t seconds);
+
+private:
+    LocalTime m_zone;
+    CalendarDays m_days;
+};
+
+// Writes "hh:mm:ss" at `out`, which has room for TYPED_CELL_SIZE bytes, and returns its end. Hours
+// grow beyond two digits; a negative span gives negative parts (-61 is "00:-1:-1").
 char* WriteTimeSpan(char* out, int64_t seconds);

@@ -1,0 +1,20 @@
+// Prints, after the usual table, how many times the processor time of its limit each piece of work
+// took.
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+// Pairs "NAME/work" with "NAME/limit", both measured in this run, by the medians of their
+// repetitions.
+class RatioReporter : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run>& runs) override;
+    void Finalize() override;
+
+private:
+    std::map<std::string, std::vector<double>> m_times;  // processor time by benchmark
+};
