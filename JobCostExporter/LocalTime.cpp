@@ -7,6 +7,19 @@
 
 namespace {
 
+constexpr int64_t FloorDivide(int64_t a, int64_t b) {
+    return a / b - (a % b < 0 ? 1 : 0);
+}
+
+// Seconds since 1970 of a broken-down time, 86,400 a day. timegm would count the leap seconds of a
+// zone that has them.
+int64_t CountedLikeUtc(const struct tm& broken) {
+    const int64_t year = int64_t{broken.tm_year} + 1899;  // full years before it since the year 1
+    const int64_t leapDays = FloorDivide(year, 4) - FloorDivide(year, 100) + FloorDivide(year, 400);
+    const int64_t days = (year - 1969) * 365 + leapDays - 477 + broken.tm_yday;  // 477 until 1970
+    return ((days * 24 + broken.tm_hour) * 60 + broken.tm_min) * 60 + broken.tm_sec;
+}
+
 // The offset at `t`, or nothing (false) when local time is not `t` plus a whole offset there: the C
 // library fails, or a zone that counts leap seconds is within one.
 bool OffsetAt(time_t t, int64_t* offset) {
@@ -14,7 +27,7 @@ bool OffsetAt(time_t t, int64_t* offset) {
     if (localtime_r(&t, &local) == nullptr || local.tm_sec > 59) {
         return false;
     }
-    *offset = timegm(&local) - t;
+    *offset = CountedLikeUtc(local) - t;
     return true;
 }
 

@@ -189,13 +189,13 @@ void Register(const std::string& name, const Plugin& plugin, Table& table, const
     CheckSameBytes(plugin, table, rows);
     benchmark::RegisterBenchmark((name + "/work").c_str(), [&plugin, &table, zone](auto& state) {
         SetZone(zone);
-        for (auto _ : state) {
+        for ([[maybe_unused]] auto _ : state) {
             Export(plugin, table, Path("work"));
         }
         std::remove(Path("work").c_str());
     });
     benchmark::RegisterBenchmark((name + "/limit").c_str(), [rows](auto& state) {
-        for (auto _ : state) {
+        for ([[maybe_unused]] auto _ : state) {
             WriteRendered(rows, Path("limit"));
         }
         std::remove(Path("limit").c_str());
