@@ -1,0 +1,184 @@
+// What one call writes, and what it leaves alone.
+#include <pthread.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <chrono>
+#include <climits>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <filesystem>
+#include <memory>
+#include <string_view>
+#include <thread>
+
+#include "tests/plugins/zopmekLogger/LoggerFixture.h"
+#include "tests/support/FailingAllocation.h"
+
+namespace {
+
+class LogLineTest : public LoggerFixture {};
+
+struct LineCase {
+    std::string_view separator;
+    const char* source;
+    unsigned int code;
+    int level;
+    const char* module;
+    const char* message;
+    const char* rest;  // the line after the time, with PID for the process id
+};
+
+constexpr LineCase LINES[] = {
+    {",", "CCsvWriter", 28, 'e', "exporter", "fwrite failed",
+     ",PID,error,CCsvWriter:50,28 (No space left on device),exporter,fwrite failed"},
+    {",", "A", 0, 'w', "m", "", ",PID,warning,A:50,0,m,"},
+    {",", "A", 122, 'i', "m", "x", ",PID,info,A:50,122 (Disk quota exceeded),m,x"},
+    {",", "A", 9999, 'd', "m", "x", ",PID,debug,A:50,9999,m,x"},
+    {",", "A", 4294967295, 'x', "m", "x", ",PID,level 'x',A:50,4294967295,m,x"},
+    {",", "A", INT_MAX, -1, "m", "x", ",PID,level -1,A:50,2147483647,m,x"},
+    {",", nullptr, 0, 'i', nullptr, nullptr, ",PID,info,:50,0,,"},
+    {",", "A", 0, 'i', "a,b", "say \"x\"", ",PID,info,A:50,0,\"a,b\",\"say \"\"x\"\"\""},
+    {",", "A\n", 0, 'i', "m", "a\r\nb", ",PID,info,\"A\\n:50\",0,m,\"a\\r\\nb\""},
+    // Separators of no, one, two and three characters, and one that cannot separate.
+    {"", "A", 0, 'i', "a,b", "a;b", ",PID,info,A:50,0,\"a,b\",a;b"},
+    {"\t", "A", 0, 'i', "a,b", "a\tb", "\tPID\tinfo\tA:50\t0\ta,b\t\"a\tb\""},
+    {";;", "A", 0, 'i', "a;b", "a;", ";;PID;;info;;A:50;;0;;a;b;;\"a;\""},
+    {"::;", "A", 0, 'i', "m", "a::;b", "::;PID::;info::;A:50::;0::;m::;\"a::;b\""},
+    {"\n", "A", 0, 'i', "a,b", "x", ",PID,info,A:50,0,\"a,b\",x"},
+};
+
+TEST_F(LogLineTest, HoldsTheFieldsAndQuotesThemWhereNeeded) {
+    const ScopedVariable zone("TZ", "UTC0");
+    const std::string path = Path("log.csv");
+    for (const LineCase& row : LINES) {
+        SCOPED_TRACE(row.rest);
+        LibLoggerSettings settings = Settings(path);
+        settings.m_separator[0] = '\0';
+        row.separator.copy(settings.m_separator, sizeof settings.m_separator);
+        memset(settings.m_reservedText, ';', sizeof settings.m_reservedText);
+        ASSERT_EQ(m_alWrite(row.source, 50, &settings, row.module, nullptr, row.code, row.level,
+                            row.message),
+                  0);
+        std::vector<std::string> lines = Lines(path);
+        ASSERT_EQ(lines.size(), 1U);
+        const std::string shape = "9999-99-99 99:99:99.999+99:99";
+        for (size_t i = 0; i < shape.size() && i < lines[0].size(); ++i) {
+            lines[0][i] = isdigit(lines[0][i]) != 0 ? '9' : lines[0][i];
+        }
+        std::string expected = shape + row.rest;
+        expected.replace(expected.find("PID"), 3, std::to_string(getpid()));
+        EXPECT_EQ(lines[0], expected);
+        std::filesystem::remove(path);
+    }
+}
+
+TEST_F(LogLineTest, TellsTheLocalTimeAndItsOffset) {
+    const ScopedVariable zone("TZ", "XST-5:30");  // 5:30 ahead
+    tzset();
+    LibLoggerSettings settings = Settings(Path("log.csv"));
+    settings.m_separator[0] = ':';
+    using namespace std::chrono;
+    const auto now = [] {
+        return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
+    };
+    const auto before = now();
+    ASSERT_EQ(Log(settings, "x"), 0);
+    const auto after = now();
+    struct tm time {};
+    int thousandths = 0;
+    char quote = '\0';
+    // The time holds the separator, so it is quoted.
+    ASSERT_EQ(sscanf(ReadFile(Path("log.csv")).c_str(),
+                     "\"%d-%d-%d %d:%d:%d.%3d+05:30%c:", &time.tm_year, &time.tm_mon, &time.tm_mday,
+                     &time.tm_hour, &time.tm_min, &time.tm_sec, &thousandths, &quote),
+              8);
+    EXPECT_EQ(quote, '"');
+    time.tm_year -= 1900;
+    time.tm_mon -= 1;
+    const int64_t written = (timegm(&time) - (5LL * 60 + 30) * 60) * 1000 + thousandths;
+    EXPECT_GE(written, before);
+    EXPECT_LE(written, after);
+}
+
+TEST_F(LogLineTest, ReadsNoFieldBeyondItsEnd) {
+    // A name that fills its field, with the next field's text right behind it.
+    std::string name = Path("");
+    name.append(200 - name.size(), 'a');
+    std::filesystem::create_directory(name);
+    name += "/" + std::string(59, 'b');
+    ASSERT_EQ(name.size(), 260U);
+    const auto settings = std::make_unique<LibLoggerSettings>(Settings(name));
+    memset(settings->m_moduleName, 'c', sizeof settings->m_moduleName);
+    memcpy(settings->m_separator, "<->", 3);
+    memset(settings->m_reservedText, '>', sizeof settings->m_reservedText);
+    ASSERT_EQ(Log(*settings, "x"), 0);
+    EXPECT_TRUE(ReadFile(name).ends_with("<->info<->CCsvWriter:50<->0<->qvtrelExporter<->x\n"));
+}
+
+TEST_F(LogLineTest, WritesWhatTheLibraryLoggerSends) {
+    CCMLibLogger logger;
+    const std::filesystem::path code = LOGGER_MODULE;
+    const std::string bundle = code.parent_path().parent_path().parent_path();
+    logger.InitLibLogger(Path("log.csv"), "owner", "qvtrelExporter", bundle.c_str());
+    logger.WriteLog("CommonUtility", 7, 'w', 13, "cannot open %s", "it");
+    const std::string text = ReadFile(Path("log.csv"));
+    EXPECT_TRUE(text.ends_with(
+        ",warning,CommonUtility:7,13 (Permission denied),qvtrelExporter,cannot open it\n"))
+        << text;
+}
+
+TEST_F(LogLineTest, LeavesErrnoAndCancellationAlone) {
+    LibLoggerSettings settings = Settings(Path("log.csv"));
+    LibLoggerSettings wrong = Settings(Path("missing/log.csv"));
+    errno = EDOM;
+    EXPECT_EQ(Log(wrong, "x"), ENOENT);
+    EXPECT_EQ(Log(settings, "x"), 0);
+    EXPECT_EQ(errno, EDOM);
+
+    // A thread that is already to be cancelled still gets its line written, and may be cancelled
+    // again afterwards. It ends in the usual way, which the sanitizers cope with better.
+    int result = -1;
+    int state = PTHREAD_CANCEL_DISABLE;
+    std::thread thread([&] {
+        pthread_cancel(pthread_self());
+        result = Log(settings, "cancelled");
+        pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &state);
+    });
+    thread.join();
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(state, PTHREAD_CANCEL_ENABLE);
+    EXPECT_EQ(Lines(Path("log.csv")).size(), 2U);
+}
+
+TEST_F(LogLineTest, ReportsExhaustedMemory) {
+    LibLoggerSettings settings = Settings(Path("log.csv"));
+    const std::string message(2000, 'x');
+    for (const size_t size : {size_t{1}, size_t{2000}}) {
+        int result = 0;
+        {
+            const FailingAllocation failing(size);
+            result = Log(settings, message);
+        }
+        EXPECT_EQ(result, ENOMEM);
+    }
+    EXPECT_EQ(ReadFile(Path("log.csv")), "");
+}
+
+TEST_F(LogLineTest, ModuleExportsNothingElse) {
+    const std::string command = std::string(NM_PROGRAM) + " -D --defined-only '" LOGGER_MODULE "'";
+    FILE* stream = popen(command.c_str(), "r");
+    ASSERT_NE(stream, nullptr);
+    std::string symbols;
+    for (int c = 0; (c = fgetc(stream)) != EOF;) {
+        symbols += static_cast<char>(c);
+    }
+    EXPECT_EQ(pclose(stream), 0);
+    EXPECT_EQ(std::count(symbols.begin(), symbols.end(), '\n'), 1) << symbols;
+    EXPECT_TRUE(symbols.ends_with(" T alWrite\n")) << symbols;
+}
+
+}  // namespace

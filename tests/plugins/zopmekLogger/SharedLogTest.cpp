@@ -1,0 +1,126 @@
+// Several processes and threads that write to one log file while it is rotated.
+#include <signal.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <fstream>
+#include <thread>
+
+#include "tests/plugins/zopmekLogger/LoggerFixture.h"
+
+namespace {
+
+constexpr int PROCESSES = 4;
+constexpr int THREADS = 4;
+constexpr int LINES = 250;
+
+class SharedLogTest : public LoggerFixture {
+protected:
+    // Writes the lines of one writer; the number of those that were not written.
+    int WriteLines(LibLoggerSettings settings, int writer) const {
+        int failures = 0;
+        for (int number = 0; number < LINES; ++number) {
+            failures += Log(settings, NumberedMessage(writer, number)) != 0 ? 1 : 0;
+        }
+        return failures;
+    }
+
+    // As WriteLines, on several threads.
+    int WriteOnThreads(const LibLoggerSettings& settings, int process) const {
+        std::atomic<int> failures = 0;
+        std::vector<std::thread> threads;
+        threads.reserve(THREADS);
+        for (int thread = 0; thread < THREADS; ++thread) {
+            threads.emplace_back(
+                [&, thread] { failures += WriteLines(settings, process * THREADS + thread); });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+        return failures;
+    }
+
+    void WriteInProcesses(const LibLoggerSettings& settings) const {
+        std::vector<pid_t> children(PROCESSES);
+        for (int process = 0; process < PROCESSES; ++process) {
+            children[static_cast<size_t>(process)] =
+                StartChild([&] { return WriteOnThreads(settings, process) == 0 ? 0 : 1; });
+        }
+        for (const pid_t child : children) {
+            EXPECT_EQ(WaitForChild(child), 0);
+        }
+    }
+};
+
+TEST_F(SharedLogTest, KeepsEveryLineWholeAcrossRotations) {
+    for (const uint64_t limit : {uint64_t{2000}, uint64_t{50000}, uint64_t{0}}) {
+        const std::string path = Path("log" + std::to_string(limit));
+        const LibLoggerSettings settings = Settings(path, limit, 100000);
+        WriteInProcesses(settings);
+        EXPECT_EQ(CountMessages(path), EachMessageOnce(PROCESSES * THREADS, LINES));
+        EXPECT_EQ(FileExists(path + ".9"), limit != 0);  // it was rotated many times
+    }
+}
+
+TEST_F(SharedLogTest, KeepsTheNumberAndSizeOfFilesAmongManyWriters) {
+    constexpr uint64_t LIMIT = 3000;
+    const std::string path = Path("log");
+    const LibLoggerSettings settings = Settings(path, LIMIT, 3);
+    WriteInProcesses(settings);
+    EXPECT_FALSE(FileExists(path + ".3"));
+    for (const std::string& file : {path, path + ".1", path + ".2"}) {
+        EXPECT_LE(ReadFile(file).size(), LIMIT);
+        EXPECT_FALSE(Lines(file).empty());
+    }
+}
+
+// Writers are killed at whatever point they have reached, rotations among them; the lines of a
+// steady writer all arrive, and a killed one leaves at most a piece of a line on a line of its own.
+TEST_F(SharedLogTest, SurvivesKilledWriters) {
+    constexpr int KILLS = 150;
+    const std::string path = Path("log");
+    LibLoggerSettings settings = Settings(path, 4000, 100000);
+    // Writes for as long as others are killed, and leaves the number of its lines in a file.
+    const pid_t steady = StartChild([&] {
+        int failures = 0;
+        int number = 0;
+        while (!FileExists(Path("stop"))) {
+            failures += Log(settings, NumberedMessage(0, number)) != 0 ? 1 : 0;
+            ++number;
+        }
+        std::ofstream(Path("written")) << number;
+        return failures == 0 ? 0 : 1;
+    });
+    for (int round = 0; round < KILLS; ++round) {
+        int ends[2] = {};
+        ASSERT_EQ(pipe(ends), 0);
+        const pid_t victim = StartChild([&] {
+            close(ends[0]);
+            for (char byte = 'x';;) {
+                Log(settings, "victim");
+                (void)!write(ends[1], &byte, 1);
+            }
+            return 0;
+        });
+        char byte = '\0';
+        for (int line = 0; line <= round % 20; ++line) {
+            ASSERT_EQ(read(ends[0], &byte, 1), 1);
+        }
+        kill(victim, SIGKILL);
+        EXPECT_EQ(WaitForChild(victim), -SIGKILL);
+        close(ends[0]);
+        close(ends[1]);
+    }
+    std::ofstream(Path("stop")).flush();
+    EXPECT_EQ(WaitForChild(steady), 0);
+    ASSERT_EQ(Log(settings, "last"), 0);
+
+    std::map<std::string, int> seen = CountMessages(path);
+    EXPECT_GE(seen["victim"], KILLS);
+    for (const auto& [message, count] : EachMessageOnce(1, std::stoi(ReadFile(Path("written"))))) {
+        EXPECT_EQ(seen[message], count) << message;
+    }
+    EXPECT_EQ(seen["last"], 1);
+}
+
+}  // namespace
