@@ -1,0 +1,210 @@
+// Tells what kind of input a file is. External interface: InputRecognizer.
+#include "host/input/InputRecognition.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "host/input/DelimitedReader.h"
+#include "host/input/LogTime.h"
+#include "host/input/PageLogReader.h"
+#include "host/input/Printable.h"
+
+namespace tallyquist {
+namespace {
+
+struct Signature {
+    std::string_view bytes;
+    std::string_view name;
+};
+
+constexpr std::array<Signature, 5> SIGNATURES = {{{"BZh", "a bzip2 file"},
+                                                  {"\xFD"
+                                                   "7zXZ",
+                                                   "an xz file"},
+                                                  {"\x28\xB5\x2F\xFD", "a zstd file"},
+                                                  {"PK\x03\x04", "a zip file"},
+                                                  {"%PDF-", "a PDF file"}}};
+
+// The separator that the end of a file name stands for; NUL when it is not that of a table.
+char SeparatorOfName(const std::string& name) {
+    std::string lower(name);
+    std::ranges::transform(lower, lower.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    if (lower.ends_with(".gz")) {
+        lower.resize(lower.size() - 3);
+    }
+    if (lower.ends_with(".tsv") || lower.ends_with(".tab")) {
+        return '\t';
+    }
+    return lower.ends_with(".csv") ? ',' : '\0';
+}
+
+// The formats that end alike differ in where the texts typed by people may reach. A record that
+// only fits by taking words of such a text for the billing code is no evidence for a format.
+bool IsEvidence(const PageLogMatcher& matcher, const Reading& reading) {
+    const std::optional<size_t> billing = matcher.Format().FieldOf(FieldKind::BILLING);
+    return reading.certain || !billing ||
+           reading.fields[*billing].find(' ') == std::string_view::npos;
+}
+
+std::optional<int64_t> TimeOf(const PageLogMatcher& matcher, const Reading& reading) {
+    const std::optional<size_t> time = matcher.Format().FieldOf(FieldKind::TIME);
+    return time ? ParseLogTime(reading.fields[*time]) : std::nullopt;
+}
+
+}  // namespace
+
+// The complete lines at the beginning of an input.
+struct InputRecognizer::Beginning {
+    explicit Beginning(LineReader& reader)
+        : name(reader.Name()), text(reader.Peek()), whole(reader.PeekedAll()) {
+        if (!whole) {
+            // A single line may fill it all.
+            text = text.substr(0, text.rfind('\n') + 1);
+        }
+        for (std::string_view rest = text; !rest.empty();) {
+            const size_t end = std::min(rest.find('\n'), rest.size());
+            std::string_view line = rest.substr(0, end);
+            line.remove_suffix(line.ends_with('\r') ? 1 : 0);
+            if (line.find_first_not_of(" \t") != std::string_view::npos) {
+                lines.push_back(line);
+            }
+            rest.remove_prefix(std::min(end + 1, rest.size()));
+        }
+    }
+
+    const std::string& name;
+    std::string_view text;
+    bool whole;
+    std::vector<std::string_view> lines;  // without blank ones
+};
+
+InputRecognizer::InputRecognizer(const InputOptions& options)
+    : m_kind(options.kind),
+      m_formatGiven(!options.logFormat.empty()),
+      m_typesGiven(!options.columnTypes.empty()) {
+    std::vector<std::string_view> formats = {USUAL_LOG_FORMAT, SEPARATED_LOG_FORMAT,
+                                             OLDEST_LOG_FORMAT};
+    if (m_formatGiven) {
+        formats = {options.logFormat};
+    }
+    for (const std::string_view text : formats) {
+        const PageLogFormat format = ParsePageLogFormat(text);
+        // A format that ends in free text takes the quote behind it too, so the quoted one is
+        // first.
+        m_candidates.push_back(std::make_shared<PageLogMatcher>(Quoted(format)));
+        m_candidates.push_back(std::make_shared<PageLogMatcher>(format));
+    }
+}
+
+bool InputRecognizer::FindPageLog(const Beginning& beginning, Recognized& result) const {
+    result.kind = Recognized::Kind::PAGE_LOG;
+    Reading reading;
+    for (const auto& candidate : m_candidates) {
+        for (const std::string_view line : beginning.lines) {
+            if (line.size() < PageLogReader::MAX_RECORD && candidate->Match(line, reading) &&
+                IsEvidence(*candidate, reading)) {
+                result.matcher = candidate;
+                result.firstTime = TimeOf(*candidate, reading);
+                if (result.firstTime) {
+                    return true;
+                }
+            }
+        }
+        if (result.matcher) {
+            return true;
+        }
+    }
+    // Perhaps all there is are records with a line break in the name, or cut ones.
+    for (const auto& candidate : m_candidates) {
+        for (const std::string_view line : beginning.lines) {
+            if (candidate->StartsRecord(line) && candidate->MatchCut(line, reading)) {
+                result.matcher = candidate;
+                result.firstTime = TimeOf(*candidate, reading);
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+bool InputRecognizer::FindTable(const Beginning& beginning, Recognized& result) const {
+    const char byName = SeparatorOfName(beginning.name);
+    const std::string_view header = beginning.lines.empty() ? "" : beginning.lines.front();
+    result.kind = Recognized::Kind::TABLE;
+    result.separator = SeparatorOf(header);
+    if (m_kind == InputKind::TSV || (m_kind == InputKind::AUTOMATIC && byName == '\t')) {
+        result.separator = '\t';
+    } else if (m_kind == InputKind::CSV || byName == ',') {
+        const bool semicolons = header.find(',') == std::string_view::npos &&
+                                header.find(';') != std::string_view::npos;
+        result.separator = semicolons ? ';' : ',';
+    }
+    if (m_kind == InputKind::CSV || m_kind == InputKind::TSV || byName != '\0' || m_typesGiven) {
+        return true;
+    }
+    try {
+        DelimitedReader table(
+            std::make_unique<LineReader>(beginning.name, std::string(beginning.text)),
+            result.separator, {});
+        if (!beginning.whole) {
+            table.AllowOpenEnd();
+        }
+        Record record;
+        size_t rows = 0;
+        while (table.Next(record)) {
+            ++rows;
+        }
+        return rows > 0 && table.Columns().size() > 1;
+    } catch (const InputError&) {
+        return false;
+    }
+}
+
+void InputRecognizer::Refuse(const Beginning& beginning) const {
+    std::string reason = "not a job log: ";
+    const auto* signature = std::ranges::find_if(SIGNATURES, [&](const Signature& known) {
+        return beginning.text.starts_with(known.bytes);
+    });
+    if (signature != SIGNATURES.end()) {
+        reason += "it is " + std::string(signature->name);
+    } else if (beginning.text.find('\0') != std::string_view::npos) {
+        reason += "it holds binary data";
+    } else if (beginning.lines.empty()) {
+        reason += "it begins with a line that is too long";
+    } else {
+        reason += m_formatGiven ? "no line fits the log format that was given"
+                                : "no line reads as a record of a page log";
+        if (m_kind == InputKind::AUTOMATIC && !m_formatGiven) {
+            reason += ", and the lines are no table with a header";
+        }
+        reason += "; the first line is " + Printable(beginning.lines.front());
+    }
+    throw InputError(beginning.name + ": " + reason);
+}
+
+Recognized InputRecognizer::Recognize(LineReader& lines) const {
+    const Beginning beginning(lines);
+    Recognized result;
+    if (beginning.whole && beginning.lines.empty() &&
+        (m_kind == InputKind::AUTOMATIC || m_kind == InputKind::PAGE_LOG)) {
+        return result;
+    }
+    const bool pageLogOnly = m_kind == InputKind::PAGE_LOG || m_formatGiven;
+    if (m_kind == InputKind::PAGE_LOG || m_kind == InputKind::AUTOMATIC) {
+        if (FindPageLog(beginning, result)) {
+            return result;
+        }
+    }
+    if (pageLogOnly && m_kind != InputKind::CSV && m_kind != InputKind::TSV) {
+        Refuse(beginning);
+    }
+    if (!FindTable(beginning, result)) {
+        Refuse(beginning);
+    }
+    return result;
+}
+
+}  // namespace tallyquist

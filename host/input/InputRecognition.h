@@ -1,0 +1,47 @@
+// Tells what kind of input a file is from its name and its beginning.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/input/Inputs.h"
+#include "host/input/LineReader.h"
+#include "host/input/PageLogMatcher.h"
+
+namespace tallyquist {
+
+struct Recognized {
+    enum class Kind { EMPTY, PAGE_LOG, TABLE };
+    Kind kind = Kind::EMPTY;
+    std::shared_ptr<const PageLogMatcher> matcher;  // of a page log
+    std::optional<int64_t> firstTime;               // of the first record of a page log
+    char separator = ',';                           // of a table
+};
+
+class InputRecognizer {
+public:
+    // Throws InputError when the log format is not usable.
+    explicit InputRecognizer(const InputOptions& options);
+
+    // Peeks at an input that nothing was read from yet. Throws InputError when it is no input for
+    // this program.
+    Recognized Recognize(LineReader& lines) const;
+
+private:
+    struct Beginning;
+
+    bool FindPageLog(const Beginning& beginning, Recognized& result) const;
+    bool FindTable(const Beginning& beginning, Recognized& result) const;
+    [[noreturn]] void Refuse(const Beginning& beginning) const;
+
+    InputKind m_kind;
+    bool m_formatGiven;
+    bool m_typesGiven;
+    std::vector<std::shared_ptr<const PageLogMatcher>> m_candidates;
+};
+
+}  // namespace tallyquist

@@ -1,0 +1,181 @@
+// Lines of one input, read through zlib, which takes plain files as they are and unpacks gzip.
+// External interface: LineReader, InputName.
+#include "host/input/LineReader.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include "host/input/RowSource.h"
+
+namespace tallyquist {
+namespace {
+
+int OpenDescriptor(const std::string& path) {
+    if (path == "-") {
+        return dup(STDIN_FILENO);
+    }
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    struct stat status {};
+    if (descriptor >= 0 && fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode)) {
+        close(descriptor);
+        errno = EISDIR;
+        return -1;
+    }
+    return descriptor;
+}
+
+std::string ReadFailure(gzFile_s* file) {
+    const int systemError = errno;
+    int code = Z_OK;
+    const char* text = gzerror(file, &code);
+    switch (code) {
+        case Z_OK:
+        case Z_STREAM_END:
+            return {};
+        case Z_ERRNO:
+            return std::strerror(systemError);
+        case Z_BUF_ERROR:
+            return "the compressed data ends too early; the file is cut";
+        default: {
+            // The library puts a name for the descriptor in front, which means nothing to a user.
+            const char* reason = std::strstr(text, ": ");
+            return std::string("the compressed data is damaged (") + (reason ? reason + 2 : text) +
+                   ")";
+        }
+    }
+}
+
+}  // namespace
+
+std::string InputName(const std::string& path) {
+    return path == "-" ? "standard input" : path;
+}
+
+LineReader::LineReader(const std::string& path) : m_name(InputName(path)) {
+    const int descriptor = OpenDescriptor(path);
+    if (descriptor < 0) {
+        Fail(std::strerror(errno));
+    }
+    m_file.reset(gzdopen(descriptor, "rb"));
+    if (!m_file) {
+        close(descriptor);
+        Fail("out of memory");
+    }
+    m_buffer.resize(PEEK_SIZE);
+    gzbuffer(m_file.get(), PEEK_SIZE);
+}
+
+LineReader::LineReader(std::string name, std::string text)
+    : m_name(std::move(name)), m_buffer(std::move(text)), m_end(m_buffer.size()), m_atEnd(true) {}
+
+void LineReader::Fail(const std::string& reason) const {
+    throw InputError(m_name + ": " + reason);
+}
+
+// Adds what one read gives behind the bytes that wait; moves these to the front first.
+void LineReader::Fill() {
+    if (m_atEnd) {
+        return;
+    }
+    std::memmove(m_buffer.data(), m_buffer.data() + m_begin, m_end - m_begin);
+    m_end -= m_begin;
+    m_begin = 0;
+    errno = 0;
+    const int count = gzread(m_file.get(), m_buffer.data() + m_end,
+                             static_cast<unsigned>(m_buffer.size() - m_end));
+    if (count <= 0) {
+        // A gzip file that was cut gives its last bytes first and the error only here.
+        const std::string failure = ReadFailure(m_file.get());
+        if (!failure.empty()) {
+            Fail(failure);
+        }
+        m_atEnd = true;
+    } else {
+        m_end += static_cast<size_t>(count);
+    }
+    const z_off_t offset = gzoffset(m_file.get());
+    if (offset > 0) {
+        m_bytesRead = static_cast<uint64_t>(offset);
+    }
+}
+
+void LineReader::SkipByteOrderMark() {
+    m_started = true;
+    while (!m_atEnd && m_end - m_begin < 3) {
+        Fill();
+    }
+    const std::string_view start(m_buffer.data() + m_begin, m_end - m_begin);
+    if (start.starts_with("\xFF\xFE") || start.starts_with("\xFE\xFF")) {
+        Fail("is UTF-16 text; convert it to UTF-8 first");
+    }
+    if (start.starts_with("\xEF\xBB\xBF")) {
+        m_begin += 3;
+    }
+}
+
+std::string_view LineReader::Peek() {
+    if (!m_started) {
+        SkipByteOrderMark();
+    }
+    while (!m_atEnd && (m_begin > 0 || m_end < m_buffer.size())) {
+        Fill();
+    }
+    return std::string_view(m_buffer).substr(m_begin, m_end - m_begin);
+}
+
+// Moves bytes to the line up to its line feed; false when the buffer ended before one.
+bool LineReader::AppendUntilLineFeed(Line& line) {
+    const char* begin = m_buffer.data() + m_begin;
+    const size_t size = m_end - m_begin;
+    const void* feed = std::memchr(begin, '\n', size);
+    const size_t length =
+        feed != nullptr ? static_cast<size_t>(static_cast<const char*>(feed) - begin) : size;
+    if (!line.tooLong) {
+        if (line.text.size() + length > MAX_LINE) {
+            line.tooLong = true;
+            line.text.clear();
+        } else {
+            line.text.append(begin, length);
+        }
+    }
+    m_begin += length + (feed != nullptr ? 1 : 0);
+    return feed != nullptr;
+}
+
+bool LineReader::Next(Line& line) {
+    if (!m_started) {
+        SkipByteOrderMark();
+    }
+    line.text.clear();
+    line.tooLong = false;
+    line.end = {};
+    line.number = m_lines + 1;
+    bool any = false;
+    for (;;) {
+        if (m_begin == m_end) {
+            Fill();
+            if (m_begin == m_end) {
+                m_lines += any ? 1 : 0;
+                return any;
+            }
+        }
+        any = true;
+        if (AppendUntilLineFeed(line)) {
+            break;
+        }
+    }
+    ++m_lines;
+    line.end = "\n";
+    if (line.text.ends_with('\r')) {
+        line.text.pop_back();
+        line.end = "\r\n";
+    }
+    return true;
+}
+
+}  // namespace tallyquist

@@ -1,0 +1,322 @@
+// Makes records of the lines of a page log. External interface: PageLogReader.
+#include "host/input/PageLogReader.h"
+
+#include <algorithm>
+#include <charconv>
+#include <utility>
+
+#include "host/input/LogTime.h"
+#include "host/input/Printable.h"
+
+namespace tallyquist {
+namespace {
+
+std::optional<int64_t> ParseNumber(std::string_view digits) {
+    int64_t value = 0;
+    const char* end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, value);
+    if (error != std::errc() || stop != end) {
+        return std::nullopt;
+    }
+    return value;
+}
+
+bool IsBlank(std::string_view text) {
+    return text.find_first_not_of(" \t") == std::string_view::npos;
+}
+
+// A cut at a fixed number of bytes may go through a character.
+void DropBrokenCharacter(std::string& text) {
+    const auto byte = [&](size_t back) {
+        return static_cast<unsigned char>(text[text.size() - back]);
+    };
+    for (size_t back = 1; back <= std::min<size_t>(3, text.size()); ++back) {
+        if ((byte(back) & 0xC0U) == 0x80U) {
+            continue;
+        }
+        const size_t length = byte(back) >= 0xF0 ? 4 : byte(back) >= 0xE0 ? 3 : 2;
+        if (byte(back) >= 0xC0 && length > back) {
+            text.erase(text.size() - back);
+        }
+        return;
+    }
+}
+
+}  // namespace
+
+PageLogReader::PageLogReader(std::unique_ptr<LineReader> lines,
+                             std::shared_ptr<const PageLogMatcher> matcher, bool perPage,
+                             FindingSink findings)
+    : m_lines(std::move(lines)),
+      m_matcher(std::move(matcher)),
+      m_findings(std::move(findings)),
+      m_layout(LayOut(m_matcher->Format(), perPage)),
+      m_pageField(m_matcher->Format().FieldOf(FieldKind::PAGE)),
+      m_countField(m_matcher->Format().FieldOf(FieldKind::COUNT)) {
+    for (const FormatPart& part : m_matcher->Format().parts) {
+        if (part.IsField()) {
+            m_kinds.push_back(part.kind);
+            m_fieldNames.push_back(part.column);
+        }
+    }
+}
+
+void PageLogReader::Report(Finding::Kind kind, uint64_t line, std::string text) const {
+    if (m_findings) {
+        m_findings({.kind = kind, .file = m_lines->Name(), .line = line, .text = std::move(text)});
+    }
+}
+
+bool PageLogReader::Usable(const Line& line) {
+    return !line.tooLong && line.text.find('\0') == std::string::npos;
+}
+
+bool PageLogReader::TakeLine(Line& line) {
+    if (m_ahead.empty()) {
+        return m_lines->Next(line);
+    }
+    line = std::move(m_ahead.front());
+    m_ahead.pop_front();
+    return true;
+}
+
+// The line `index` lines behind the one that was taken last; null when the log ends before it.
+Line* PageLogReader::LookAhead(size_t index) {
+    while (m_ahead.size() <= index) {
+        Line line;
+        if (!m_lines->Next(line)) {
+            return nullptr;
+        }
+        m_ahead.push_back(std::move(line));
+    }
+    return &m_ahead[index];
+}
+
+void PageLogReader::DropAhead(size_t count) {
+    m_ahead.erase(m_ahead.begin(), m_ahead.begin() + static_cast<std::ptrdiff_t>(count));
+}
+
+bool PageLogReader::Next(Record& record) {
+    while (TakeLine(m_line)) {
+        if (!m_line.tooLong && IsBlank(m_line.text)) {
+            continue;
+        }
+        if (!Usable(m_line)) {
+            Report(Finding::Kind::UNREADABLE, m_line.number,
+                   m_line.tooLong ? "is longer than a line of a log can be; left out"
+                                  : "holds NUL bytes; left out");
+            continue;
+        }
+        if (ReadEntry(m_line) && Accept(record)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Makes the line, and those behind it that belong to it, the current entry. False when there is no
+// record in it.
+bool PageLogReader::ReadEntry(Line& line) {
+    m_entry.text.swap(line.text);
+    m_entry.firstLine = line.number;
+    m_entry.lineCount = 1;
+    m_entry.cut = false;
+    if (m_matcher->Match(m_entry.text, m_entry.reading)) {
+        if (m_matcher->EndsInFreeText()) {
+            JoinStrayLines();
+        }
+        return true;
+    }
+    if (!m_matcher->StartsRecord(m_entry.text)) {
+        Report(Finding::Kind::UNREADABLE, line.number,
+               "is not a record of this log: " + Printable(m_entry.text) + "; left out");
+        return false;
+    }
+    if (m_entry.text.size() < MAX_RECORD && JoinFollowingLines()) {
+        return true;
+    }
+    ReadCutEntry(line);
+    return m_entry.cut;
+}
+
+// True when the lines behind complete the entry. Lines that add up to exactly the length at which
+// records are cut belong to it too, but leave it incomplete.
+bool PageLogReader::JoinFollowingLines() {
+    std::string joined = m_entry.text;
+    for (size_t count = 0; const Line* next = LookAhead(count); ++count) {
+        if (!Usable(*next) || joined.size() + 1 + next->text.size() > MAX_RECORD) {
+            return false;
+        }
+        joined += '\n';
+        joined += next->text;
+        const bool complete = m_matcher->Completes(joined);
+        if (complete || joined.size() == MAX_RECORD) {
+            m_entry.text = std::move(joined);
+            m_entry.lineCount = count + 2;
+            DropAhead(count + 1);
+            return complete && m_matcher->Match(m_entry.text, m_entry.reading);
+        }
+    }
+    return false;
+}
+
+// In a format that ends in a free text every line is complete, and a line that does not look like a
+// record can only be more of the text above it.
+void PageLogReader::JoinStrayLines() {
+    const size_t before = m_entry.text.size();
+    size_t count = 0;
+    while (const Line* next = LookAhead(count)) {
+        if (!Usable(*next) || IsBlank(next->text) || m_matcher->StartsRecord(next->text) ||
+            m_entry.text.size() + 1 + next->text.size() > MAX_RECORD) {
+            break;
+        }
+        m_entry.text += '\n';
+        m_entry.text += next->text;
+        ++count;
+    }
+    DropAhead(count);
+    m_entry.lineCount += count;
+    m_entry.cut = m_entry.text.size() >= MAX_RECORD;
+    if (m_entry.cut) {
+        m_entry.cutReason = "after " + std::to_string(m_entry.text.size()) + " bytes";
+        DropBrokenCharacter(m_entry.text);
+    }
+    if (m_entry.text.size() != before) {
+        m_matcher->Match(m_entry.text, m_entry.reading);
+    }
+}
+
+void PageLogReader::ReadCutEntry(const Line& line) {
+    if (m_entry.text.size() >= MAX_RECORD) {
+        m_entry.cutReason = "after " + std::to_string(m_entry.text.size()) + " bytes";
+        DropBrokenCharacter(m_entry.text);
+    } else {
+        m_entry.cutReason = line.end.empty() ? "where the log ends" : "before its last fields";
+    }
+    m_entry.cut = m_matcher->MatchCut(m_entry.text, m_entry.reading);
+    if (!m_entry.cut) {
+        Report(Finding::Kind::UNREADABLE, m_entry.firstLine,
+               "ends before the job and its pages are complete: " + Printable(m_entry.text) +
+                   "; left out");
+    }
+}
+
+bool PageLogReader::Accept(Record& record) {
+    record.line = m_entry.firstLine;
+    std::optional<int64_t> time;
+    if (!FillValues(record, time)) {
+        return false;
+    }
+    CheckEntry(time);
+    return true;
+}
+
+bool PageLogReader::FillValues(Record& record, std::optional<int64_t>& time) {
+    const std::vector<std::string_view>& fields = m_entry.reading.fields;
+    record.values.resize(m_layout.columns.size());
+    for (size_t i = 0; i < fields.size(); ++i) {
+        const std::string_view field = fields[i];
+        std::string& value = record.values[m_layout.columnOf[i]];
+        value.assign(field);
+        if (m_kinds[i] == FieldKind::TIME) {
+            const std::optional<int64_t> seconds = ParseLogTime(field);
+            if (!seconds && !field.empty()) {
+                Report(Finding::Kind::UNREADABLE, m_entry.firstLine,
+                       "has the impossible time " + Printable(field) + "; left out");
+                return false;
+            }
+            value = seconds ? std::to_string(*seconds) : "";
+            time = time ? time : seconds;
+            continue;
+        }
+        const bool number = m_kinds[i] == FieldKind::JOB || m_kinds[i] == FieldKind::COUNT ||
+                            (m_kinds[i] == FieldKind::PAGE && field != "total") ||
+                            m_kinds[i] == FieldKind::EPOCH;
+        if (number && !ParseNumber(field)) {
+            if (m_kinds[i] != FieldKind::EPOCH || field.size() > sizeof("no-value")) {
+                Report(Finding::Kind::UNREADABLE, m_entry.firstLine,
+                       "has a number too large to count with in " + m_fieldNames[i] + ", " +
+                           Printable(field) + "; left out");
+                return false;
+            }
+            value.clear();  // the time of something that did not happen
+        }
+    }
+    return CountPages(record, fields);
+}
+
+bool PageLogReader::CountPages(Record& record, const std::vector<std::string_view>& fields) {
+    record.onePage.reset();
+    if (!m_layout.pagesColumn) {
+        return true;
+    }
+    std::string& pages = record.values[*m_layout.pagesColumn];
+    pages.assign(m_countField ? fields[*m_countField] : "");
+    if (m_pageField && fields[*m_pageField] != "total") {
+        record.onePage = m_countField ? ParseNumber(fields[*m_countField]) : 1;
+        pages = std::to_string(record.onePage.value_or(0));
+    }
+    return true;
+}
+
+void PageLogReader::CheckEntry(const std::optional<int64_t>& time) {
+    if (m_entry.cut) {
+        Report(Finding::Kind::CUT, m_entry.firstLine,
+               "ends too early, " + m_entry.cutReason + "; what is there was taken");
+    }
+    bool forged = ReportForgery();
+    if (time && m_lastTime && *time < *m_lastTime - OUT_OF_ORDER_SECONDS && !forged) {
+        forged = true;
+        Report(Finding::Kind::FORGED, m_entry.firstLine,
+               "ended " + std::to_string(*m_lastTime - *time) +
+                   " seconds before the record above it, so it may be made up; kept");
+    }
+    if (m_entry.reading.ambiguous && !forged && !m_entry.cut) {
+        ReportAmbiguity();
+    }
+    m_lastTime = time ? time : m_lastTime;
+}
+
+// Only free texts can hold what looks like another record.
+bool PageLogReader::ReportForgery() {
+    bool found = false;
+    const std::string_view text = m_entry.text;
+    size_t begin = 0;
+    for (size_t i = 1; i < m_entry.lineCount; ++i) {
+        begin = text.find('\n', begin) + 1;
+        const std::string_view line = text.substr(begin, text.find('\n', begin) - begin);
+        if (m_matcher->StartsRecord(line)) {
+            found = true;
+            Report(Finding::Kind::FORGED, m_entry.firstLine + i,
+                   "looks like a record but is a part of the one above it, whose text holds a line "
+                   "break; not counted as a job");
+        }
+    }
+    for (size_t i = 0; i < m_kinds.size() && !found; ++i) {
+        const std::string_view field = m_entry.reading.fields[i];
+        const size_t at =
+            IsFreeText(m_kinds[i]) ? m_matcher->FindRecordInside(field) : std::string_view::npos;
+        if (at != std::string_view::npos) {
+            found = true;
+            const auto line = std::count(text.data(), field.data() + at, '\n');
+            Report(Finding::Kind::FORGED, m_entry.firstLine + static_cast<uint64_t>(line),
+                   "has what looks like another record in its " + m_fieldNames[i] + ", " +
+                       Printable(field.substr(at)) + "; read as one job");
+        }
+    }
+    return found;
+}
+
+void PageLogReader::ReportAmbiguity() {
+    const Reading& reading = m_entry.reading;
+    size_t i = 0;
+    while (i + 1 < reading.fields.size() && reading.fields[i] == reading.otherFields[i]) {
+        ++i;
+    }
+    Report(Finding::Kind::AMBIGUOUS, m_entry.firstLine,
+           "can be read in two ways: its " + m_fieldNames[i] + " is " +
+               Printable(reading.fields[i]) + " or " + Printable(reading.otherFields[i]) +
+               "; the first was taken");
+}
+
+}  // namespace tallyquist

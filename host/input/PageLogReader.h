@@ -1,0 +1,74 @@
+// Makes records of the lines of a page log and reports lines that deserve a look.
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "host/input/LineReader.h"
+#include "host/input/PageLogMatcher.h"
+#include "host/input/Record.h"
+
+namespace tallyquist {
+
+// The print server writes one record per line, but a line break in a job's name breaks the line
+// too, and it cuts every record at MAX_RECORD bytes. So a line that is no complete record is joined
+// with those behind it when that completes it, and a line inside such a record that looks like one
+// is taken for what it is: a part of the name.
+class PageLogReader : public RecordReader {
+public:
+    static constexpr size_t MAX_RECORD = 2047;
+    static constexpr int64_t OUT_OF_ORDER_SECONDS = 60;
+
+    PageLogReader(std::unique_ptr<LineReader> lines, std::shared_ptr<const PageLogMatcher> matcher,
+                  bool perPage, FindingSink findings);
+
+    const std::vector<Column>& Columns() const { return m_layout.columns; }
+    std::optional<size_t> PagesColumn() const { return m_layout.pagesColumn; }
+
+    bool Next(Record& record) override;
+    uint64_t BytesRead() const override { return m_lines->BytesRead(); }
+
+private:
+    // One or more lines that are one record, and how they were read.
+    struct Entry {
+        std::string text;
+        uint64_t firstLine = 0;
+        size_t lineCount = 1;
+        bool cut = false;
+        std::string cutReason;
+        Reading reading;
+    };
+
+    bool TakeLine(Line& line);
+    Line* LookAhead(size_t index);
+    void DropAhead(size_t count);
+    bool ReadEntry(Line& line);
+    bool JoinFollowingLines();
+    void JoinStrayLines();
+    void ReadCutEntry(const Line& line);
+    bool Accept(Record& record);
+    bool FillValues(Record& record, std::optional<int64_t>& time);
+    bool CountPages(Record& record, const std::vector<std::string_view>& fields);
+    void CheckEntry(const std::optional<int64_t>& time);
+    bool ReportForgery();
+    void ReportAmbiguity();
+    void Report(Finding::Kind kind, uint64_t line, std::string text) const;
+    static bool Usable(const Line& line);
+
+    std::unique_ptr<LineReader> m_lines;
+    std::shared_ptr<const PageLogMatcher> m_matcher;
+    FindingSink m_findings;
+    RecordLayout m_layout;
+    std::vector<FieldKind> m_kinds;         // by field
+    std::vector<std::string> m_fieldNames;  // by field
+    std::optional<size_t> m_pageField;
+    std::optional<size_t> m_countField;
+    std::deque<Line> m_ahead;
+    Line m_line;
+    Entry m_entry;
+    std::optional<int64_t> m_lastTime;
+};
+
+}  // namespace tallyquist
