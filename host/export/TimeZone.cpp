@@ -1,9 +1,10 @@
 #include "host/export/TimeZone.h"
 
+#include <re2/re2.h>
+
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
-#include <regex>
 #include <system_error>
 
 #include "host/export/Errors.h"
@@ -19,10 +20,10 @@ bool IsInstalled(const std::string& zone) {
 }
 
 bool IsRule(const std::string& zone) {
-    static const std::regex RULE(
+    return RE2::FullMatch(
+        zone,
         R"((<[A-Za-z0-9+-]{3,}>|[A-Za-z]{3,})[+-]?\d{1,2}(:\d\d){0,2})"
         R"(((<[A-Za-z0-9+-]{3,}>|[A-Za-z]{3,})([+-]?\d{1,2}(:\d\d){0,2})?(,[JM0-9.]+(/[-+:0-9]+)?){2})?)");
-    return std::regex_match(zone, RULE);
 }
 
 }  // namespace

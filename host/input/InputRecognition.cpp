@@ -91,38 +91,36 @@ InputRecognizer::InputRecognizer(const InputOptions& options)
         formats = {options.logFormat};
     }
     for (const std::string_view text : formats) {
-        const PageLogFormat format = ParsePageLogFormat(text);
-        // A format that ends in free text takes the quote behind it too, so the quoted one is
-        // first.
-        m_candidates.push_back(std::make_shared<PageLogMatcher>(Quoted(format)));
-        m_candidates.push_back(std::make_shared<PageLogMatcher>(format));
+        m_candidates.push_back(MakeMatchers(ParsePageLogFormat(text)));
     }
 }
 
 bool InputRecognizer::FindPageLog(const Beginning& beginning, Recognized& result) const {
     result.kind = Recognized::Kind::PAGE_LOG;
     Reading reading;
-    for (const auto& candidate : m_candidates) {
+    for (const MatcherPair& candidate : m_candidates) {
         for (const std::string_view line : beginning.lines) {
-            if (line.size() < PageLogReader::MAX_RECORD && candidate->Match(line, reading) &&
-                IsEvidence(*candidate, reading)) {
-                result.matcher = candidate;
-                result.firstTime = TimeOf(*candidate, reading);
+            const PageLogMatcher& matcher = candidate.For(line);
+            if (line.size() < PageLogReader::MAX_RECORD && matcher.Match(line, reading) &&
+                IsEvidence(matcher, reading)) {
+                result.matchers = candidate;
+                result.firstTime = TimeOf(matcher, reading);
                 if (result.firstTime) {
                     return true;
                 }
             }
         }
-        if (result.matcher) {
+        if (result.matchers.bare) {
             return true;
         }
     }
     // Perhaps all there is are records with a line break in the name, or cut ones.
-    for (const auto& candidate : m_candidates) {
+    for (const MatcherPair& candidate : m_candidates) {
         for (const std::string_view line : beginning.lines) {
-            if (candidate->StartsRecord(line) && candidate->MatchCut(line, reading)) {
-                result.matcher = candidate;
-                result.firstTime = TimeOf(*candidate, reading);
+            const PageLogMatcher& matcher = candidate.For(line);
+            if (matcher.StartsRecord(line) && matcher.MatchCut(line, reading)) {
+                result.matchers = candidate;
+                result.firstTime = TimeOf(matcher, reading);
                 return true;
             }
         }

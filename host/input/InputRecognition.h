@@ -17,9 +17,9 @@ namespace tallyquist {
 struct Recognized {
     enum class Kind { EMPTY, PAGE_LOG, TABLE };
     Kind kind = Kind::EMPTY;
-    std::shared_ptr<const PageLogMatcher> matcher;  // of a page log
-    std::optional<int64_t> firstTime;               // of the first record of a page log
-    char separator = ',';                           // of a table
+    MatcherPair matchers;              // of a page log
+    std::optional<int64_t> firstTime;  // of the first record of a page log
+    char separator = ',';              // of a table
 };
 
 class InputRecognizer {
@@ -41,7 +41,7 @@ private:
     InputKind m_kind;
     bool m_formatGiven;
     bool m_typesGiven;
-    std::vector<std::shared_ptr<const PageLogMatcher>> m_candidates;
+    std::vector<MatcherPair> m_candidates;
 };
 
 }  // namespace tallyquist

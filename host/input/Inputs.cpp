@@ -147,11 +147,11 @@ void AllInputs::OpenAll() {
         Input input;
         input.path = path;
         Inspect(input, known);
-        total += input.size;
-        totalKnown = totalKnown && input.regular;
         std::unique_ptr<LineReader> lines = OpenLines(path);
         input.recognized = recognizer.Recognize(*lines);
         if (input.recognized.kind != Recognized::Kind::EMPTY) {
+            total += input.size;
+            totalKnown = totalKnown && input.regular;
             MakeReader(input, std::move(lines));
             if (input.regular) {
                 input.reader.reset();
@@ -177,7 +177,7 @@ void AllInputs::MakeReader(Input& input, std::unique_ptr<LineReader> lines) {
         input.reader = std::move(reader);
         return;
     }
-    auto reader = std::make_unique<PageLogReader>(std::move(lines), input.recognized.matcher,
+    auto reader = std::make_unique<PageLogReader>(std::move(lines), input.recognized.matchers,
                                                   m_options.perPage, m_findings);
     input.columns = reader->Columns();
     input.pagesColumn = reader->PagesColumn();

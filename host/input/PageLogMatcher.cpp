@@ -1,5 +1,5 @@
 // Takes lines of a page log apart with regular expressions made from the format.
-// External interface: PageLogMatcher.
+// External interface: PageLogMatcher, MatcherPair, MakeMatchers.
 #include "host/input/PageLogMatcher.h"
 
 #include <re2/re2.h>
@@ -385,6 +385,15 @@ size_t PageLogMatcher::FindRecordInside(std::string_view text) const {
         return std::string_view::npos;
     }
     return m_inside->Find(text);
+}
+
+const PageLogMatcher& MatcherPair::For(std::string_view line) const {
+    return line.starts_with('"') && quoted->StartsRecord(line) ? *quoted : *bare;
+}
+
+MatcherPair MakeMatchers(const PageLogFormat& format) {
+    return {.bare = std::make_shared<PageLogMatcher>(format),
+            .quoted = std::make_shared<PageLogMatcher>(Quoted(format))};
 }
 
 bool PageLogMatcher::EndsInFreeText() const {

@@ -54,4 +54,16 @@ private:
     std::unique_ptr<Pattern> m_inside;
 };
 
+// The matchers of a format as it stands and of the same format with quotes around each line. Their
+// fields are the same.
+struct MatcherPair {
+    std::shared_ptr<const PageLogMatcher> bare;
+    std::shared_ptr<const PageLogMatcher> quoted;
+
+    // Printers' names do not begin with a quote, so the line itself shows which one to use.
+    const PageLogMatcher& For(std::string_view line) const;
+};
+
+MatcherPair MakeMatchers(const PageLogFormat& format);
+
 }  // namespace tallyquist

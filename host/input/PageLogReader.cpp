@@ -44,11 +44,11 @@ void DropBrokenCharacter(std::string& text) {
 
 }  // namespace
 
-PageLogReader::PageLogReader(std::unique_ptr<LineReader> lines,
-                             std::shared_ptr<const PageLogMatcher> matcher, bool perPage,
+PageLogReader::PageLogReader(std::unique_ptr<LineReader> lines, MatcherPair matchers, bool perPage,
                              FindingSink findings)
     : m_lines(std::move(lines)),
-      m_matcher(std::move(matcher)),
+      m_matchers(std::move(matchers)),
+      m_matcher(m_matchers.bare.get()),
       m_findings(std::move(findings)),
       m_layout(LayOut(m_matcher->Format(), perPage)),
       m_pageField(m_matcher->Format().FieldOf(FieldKind::PAGE)),
@@ -121,6 +121,9 @@ bool PageLogReader::ReadEntry(Line& line) {
     m_entry.firstLine = line.number;
     m_entry.lineCount = 1;
     m_entry.cut = false;
+    // Somebody may have put quotes around the format, or taken them away, while the log was
+    // growing.
+    m_matcher = &m_matchers.For(m_entry.text);
     if (m_matcher->Match(m_entry.text, m_entry.reading)) {
         if (m_matcher->EndsInFreeText()) {
             JoinStrayLines();

@@ -21,8 +21,8 @@ public:
     static constexpr size_t MAX_RECORD = 2047;
     static constexpr int64_t OUT_OF_ORDER_SECONDS = 60;
 
-    PageLogReader(std::unique_ptr<LineReader> lines, std::shared_ptr<const PageLogMatcher> matcher,
-                  bool perPage, FindingSink findings);
+    PageLogReader(std::unique_ptr<LineReader> lines, MatcherPair matchers, bool perPage,
+                  FindingSink findings);
 
     const std::vector<Column>& Columns() const { return m_layout.columns; }
     std::optional<size_t> PagesColumn() const { return m_layout.pagesColumn; }
@@ -58,7 +58,8 @@ private:
     static bool Usable(const Line& line);
 
     std::unique_ptr<LineReader> m_lines;
-    std::shared_ptr<const PageLogMatcher> m_matcher;
+    MatcherPair m_matchers;
+    const PageLogMatcher* m_matcher;  // of the current entry
     FindingSink m_findings;
     RecordLayout m_layout;
     std::vector<FieldKind> m_kinds;         // by field

@@ -1,5 +1,5 @@
-/* A host in C: loads the exporter plug-in by path, writes a file, and compares it with what must be in
- * it. Usage: exporter_c_host PLUGIN FILE */
+/* A host in C: loads the exporter plug-in by path, writes a file, and compares it with what must be
+ * in it. Usage: exporter_c_host PLUGIN FILE */
 #include <dlfcn.h>
 #include <stdio.h>
 #include <stdlib.h>

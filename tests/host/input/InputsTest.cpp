@@ -76,6 +76,8 @@ TEST(Inputs, RotatedFilesInAnyOrder) {
         EXPECT_EQ(outcome.error, "");
         EXPECT_EQ(Jobs(outcome), "1 2 3 4 5 6 ");
         EXPECT_EQ(outcome.findings, Texts{});
+        EXPECT_GT(outcome.progress.bytesTotal, 0U);
+        EXPECT_EQ(outcome.progress.bytesRead, outcome.progress.bytesTotal);
     }
     // A job whose pages went to two files is still one job.
     const std::string later = folder.Write("b", Record("7", "22", "3 2"));
