@@ -35,6 +35,8 @@ CCMLibLogger::~CCMLibLogger() {
     m_loggerModule = nullptr;
 }
 
+// By value because hosts call it by its exported name, of which the types are a part.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void CCMLibLogger::InitLibLogger(std::string logName, std::string logOwner, std::string moduleName,
                                  const char* loggerPath) try {
     if (!logName.empty()) {

@@ -124,7 +124,7 @@ __attribute__((noinline)) bool AppendEscaped(RowBuffer& row, const char* value, 
         return false;
     }
     *cell = QUOTE;
-    std::memcpy(cell + 1, escaped.data(), escaped.size());
+    escaped.copy(cell + 1, escaped.size());
     FinishCell(row, cell + 1 + escaped.size(), last);
     return true;
 } catch (const std::bad_alloc&) {

@@ -33,8 +33,8 @@ int main(int argc, char** argv) {
     const char* types[] = {NULL, "timespan"};
     const char* expected = "\xEF\xBB\xBF\"user\",\"time\"\n\"alice\",\"25:01:01\"";
     char actual[256] = {0};
-    void* module;
-    void* handle;
+    void* module = NULL;
+    void* handle = NULL;
     FILE* file;
 
     if (argc != 3 || (module = dlopen(argv[1], RTLD_NOW)) == NULL) {

@@ -87,7 +87,8 @@ TEST_F(CsvWriter, FindsACharacterToEscapeWhereverItStands) {
     }
     std::string all;
     for (const std::string& row : expected) {
-        all += (all.empty() ? "" : "\n") + row;
+        all += all.empty() ? "" : "\n";
+        all += row;
     }
     EXPECT_EQ(all, CloseAndRead());
 }

@@ -35,6 +35,7 @@ TEST(ExporterThreads, HandlesOnTwoThreadsDoNotDisturbEachOther) {
         return folder.Path(name + std::to_string(i));
     };
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&, i] { Write(exporter, path("threaded", i), i * 5000); });
     }
