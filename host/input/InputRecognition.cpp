@@ -54,6 +54,20 @@ std::optional<int64_t> TimeOf(const PageLogMatcher& matcher, const Reading& read
     return time ? ParseLogTime(reading.fields[*time]) : std::nullopt;
 }
 
+std::vector<std::string_view> LinesOf(std::string_view text) {
+    std::vector<std::string_view> lines;
+    while (!text.empty()) {
+        const size_t end = std::min(text.find('\n'), text.size());
+        std::string_view line = text.substr(0, end);
+        line.remove_suffix(line.ends_with('\r') ? 1 : 0);
+        if (line.find_first_not_of(" \t") != std::string_view::npos) {
+            lines.push_back(line);
+        }
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return lines;
+}
+
 }  // namespace
 
 // The complete lines at the beginning of an input.
@@ -64,15 +78,7 @@ struct InputRecognizer::Beginning {
             // A single line may fill it all.
             text = text.substr(0, text.rfind('\n') + 1);
         }
-        for (std::string_view rest = text; !rest.empty();) {
-            const size_t end = std::min(rest.find('\n'), rest.size());
-            std::string_view line = rest.substr(0, end);
-            line.remove_suffix(line.ends_with('\r') ? 1 : 0);
-            if (line.find_first_not_of(" \t") != std::string_view::npos) {
-                lines.push_back(line);
-            }
-            rest.remove_prefix(std::min(end + 1, rest.size()));
-        }
+        lines = LinesOf(text);
     }
 
     const std::string& name;
@@ -103,14 +109,14 @@ bool InputRecognizer::FindPageLog(const Beginning& beginning, Recognized& result
             const PageLogMatcher& matcher = candidate.For(line);
             if (line.size() < PageLogReader::MAX_RECORD && matcher.Match(line, reading) &&
                 IsEvidence(matcher, reading)) {
-                result.matchers = candidate;
+                result.formats = {candidate};
                 result.firstTime = TimeOf(matcher, reading);
                 if (result.firstTime) {
                     return true;
                 }
             }
         }
-        if (result.matchers.bare) {
+        if (!result.formats.empty()) {
             return true;
         }
     }
@@ -119,13 +125,34 @@ bool InputRecognizer::FindPageLog(const Beginning& beginning, Recognized& result
         for (const std::string_view line : beginning.lines) {
             const PageLogMatcher& matcher = candidate.For(line);
             if (matcher.StartsRecord(line) && matcher.MatchCut(line, reading)) {
-                result.matchers = candidate;
+                result.formats = {candidate};
                 result.firstTime = TimeOf(matcher, reading);
                 return true;
             }
         }
     }
     return false;
+}
+
+// Adds the formats of lines that no format found so far can begin to explain.
+void InputRecognizer::AddLaterFormats(const std::vector<std::string_view>& lines,
+                                      Recognized& result) const {
+    Reading reading;
+    for (const std::string_view line : lines) {
+        const auto begins = [&](const MatcherPair& format) {
+            return format.For(line).StartsRecord(line);
+        };
+        if (std::ranges::any_of(result.formats, begins)) {
+            continue;
+        }
+        const auto fits = [&](const MatcherPair& format) {
+            return format.For(line).Match(line, reading) && IsEvidence(format.For(line), reading);
+        };
+        const auto found = std::ranges::find_if(m_candidates, fits);
+        if (found != m_candidates.end()) {
+            result.formats.push_back(*found);
+        }
+    }
 }
 
 bool InputRecognizer::FindTable(const Beginning& beginning, Recognized& result) const {
@@ -183,7 +210,8 @@ void InputRecognizer::Refuse(const Beginning& beginning) const {
     throw InputError(beginning.name + ": " + reason);
 }
 
-Recognized InputRecognizer::Recognize(LineReader& lines) const {
+Recognized InputRecognizer::Recognize(LineReader& lines,
+                                      const std::function<std::string()>& tail) const {
     const Beginning beginning(lines);
     Recognized result;
     if (beginning.whole && beginning.lines.empty() &&
@@ -193,6 +221,11 @@ Recognized InputRecognizer::Recognize(LineReader& lines) const {
     const bool pageLogOnly = m_kind == InputKind::PAGE_LOG || m_formatGiven;
     if (m_kind == InputKind::PAGE_LOG || m_kind == InputKind::AUTOMATIC) {
         if (FindPageLog(beginning, result)) {
+            AddLaterFormats(beginning.lines, result);
+            if (!m_formatGiven && !beginning.whole) {
+                const std::string end = tail();
+                AddLaterFormats(LinesOf(end), result);
+            }
             return result;
         }
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -17,7 +18,7 @@ namespace tallyquist {
 struct Recognized {
     enum class Kind { EMPTY, PAGE_LOG, TABLE };
     Kind kind = Kind::EMPTY;
-    MatcherPair matchers;              // of a page log
+    std::vector<MatcherPair> formats;  // of a page log, the one it begins with first
     std::optional<int64_t> firstTime;  // of the first record of a page log
     char separator = ',';              // of a table
 };
@@ -29,12 +30,15 @@ public:
 
     // Peeks at an input that nothing was read from yet. Throws InputError when it is no input for
     // this program.
-    Recognized Recognize(LineReader& lines) const;
+    // `tail` gives the end of the input where that can be had; it is asked for page logs alone,
+    // whose format may have been changed on the way.
+    Recognized Recognize(LineReader& lines, const std::function<std::string()>& tail) const;
 
 private:
     struct Beginning;
 
     bool FindPageLog(const Beginning& beginning, Recognized& result) const;
+    void AddLaterFormats(const std::vector<std::string_view>& lines, Recognized& result) const;
     bool FindTable(const Beginning& beginning, Recognized& result) const;
     [[noreturn]] void Refuse(const Beginning& beginning) const;
 

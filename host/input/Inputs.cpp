@@ -148,7 +148,8 @@ void AllInputs::OpenAll() {
         input.path = path;
         Inspect(input, known);
         std::unique_ptr<LineReader> lines = OpenLines(path);
-        input.recognized = recognizer.Recognize(*lines);
+        input.recognized = recognizer.Recognize(
+            *lines, [&] { return input.regular ? LineReader::Tail(path) : std::string(); });
         if (input.recognized.kind != Recognized::Kind::EMPTY) {
             total += input.size;
             totalKnown = totalKnown && input.regular;
@@ -177,7 +178,7 @@ void AllInputs::MakeReader(Input& input, std::unique_ptr<LineReader> lines) {
         input.reader = std::move(reader);
         return;
     }
-    auto reader = std::make_unique<PageLogReader>(std::move(lines), input.recognized.matchers,
+    auto reader = std::make_unique<PageLogReader>(std::move(lines), input.recognized.formats,
                                                   m_options.perPage, m_findings);
     input.columns = reader->Columns();
     input.pagesColumn = reader->PagesColumn();

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <utility>
@@ -72,6 +73,25 @@ LineReader::LineReader(const std::string& path) : m_name(InputName(path)) {
 
 LineReader::LineReader(std::string name, std::string text)
     : m_name(std::move(name)), m_buffer(std::move(text)), m_end(m_buffer.size()), m_atEnd(true) {}
+
+std::string LineReader::Tail(const std::string& path) {
+    LineReader reader(path);
+    gzFile_s* file = reader.m_file.get();
+    struct stat status {};
+    // A packed file can only be read through to its end.
+    if (gzdirect(file) == 1 && stat(path.c_str(), &status) == 0 &&
+        status.st_size > static_cast<off_t>(PEEK_SIZE)) {
+        gzseek(file, status.st_size - static_cast<off_t>(PEEK_SIZE), SEEK_SET);
+    }
+    std::string tail;
+    std::string block(PEEK_SIZE, '\0');
+    for (int size = 0; (size = gzread(file, block.data(), PEEK_SIZE)) > 0;) {
+        tail.append(block, 0, static_cast<size_t>(size));
+        tail.erase(0, tail.size() - std::min(tail.size(), PEEK_SIZE));
+    }
+    // The first line is the end of one that began before; damage is told when the lines are read.
+    return tail.erase(0, tail.find('\n') + 1);
+}
 
 void LineReader::Fail(const std::string& reason) const {
     throw InputError(m_name + ": " + reason);

@@ -29,6 +29,9 @@ public:
     explicit LineReader(const std::string& path);
     LineReader(std::string name, std::string text);
 
+    // The complete lines in the last PEEK_SIZE bytes of a file that may be opened anew.
+    static std::string Tail(const std::string& path);
+
     const std::string& Name() const { return m_name; }
 
     // The first PEEK_SIZE bytes, less when the input is shorter. Only before the first Next.

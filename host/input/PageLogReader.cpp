@@ -44,21 +44,48 @@ void DropBrokenCharacter(std::string& text) {
 
 }  // namespace
 
-PageLogReader::PageLogReader(std::unique_ptr<LineReader> lines, MatcherPair matchers, bool perPage,
+PageLogReader::PageLogReader(std::unique_ptr<LineReader> lines,
+                             const std::vector<MatcherPair>& formats, bool perPage,
                              FindingSink findings)
-    : m_lines(std::move(lines)),
-      m_matchers(std::move(matchers)),
-      m_matcher(m_matchers.bare.get()),
-      m_findings(std::move(findings)),
-      m_layout(LayOut(m_matcher->Format(), perPage)),
-      m_pageField(m_matcher->Format().FieldOf(FieldKind::PAGE)),
-      m_countField(m_matcher->Format().FieldOf(FieldKind::COUNT)) {
-    for (const FormatPart& part : m_matcher->Format().parts) {
+    : m_lines(std::move(lines)), m_findings(std::move(findings)) {
+    for (const MatcherPair& matchers : formats) {
+        AddFormat(matchers, perPage);
+    }
+    m_format = &m_formats.front();
+    m_format->used = true;
+}
+
+void PageLogReader::AddFormat(const MatcherPair& matchers, bool perPage) {
+    const PageLogFormat& text = matchers.bare->Format();
+    const RecordLayout layout = LayOut(text, perPage);
+    Format format{.matchers = matchers,
+                  .columnOf = {},
+                  .kinds = {},
+                  .fieldNames = {},
+                  .pageField = text.FieldOf(FieldKind::PAGE),
+                  .countField = text.FieldOf(FieldKind::COUNT)};
+    for (const size_t column : layout.columnOf) {
+        format.columnOf.push_back(AddColumn(layout.columns[column]));
+    }
+    for (const FormatPart& part : text.parts) {
         if (part.IsField()) {
-            m_kinds.push_back(part.kind);
-            m_fieldNames.push_back(part.column);
+            format.kinds.push_back(part.kind);
+            format.fieldNames.push_back(part.column);
         }
     }
+    if (layout.pagesColumn) {
+        m_pagesColumn = AddColumn(layout.columns[*layout.pagesColumn]);
+    }
+    m_formats.push_back(std::move(format));
+}
+
+size_t PageLogReader::AddColumn(const Column& column) {
+    const auto known = std::ranges::find(m_columns, column.name, &Column::name);
+    if (known != m_columns.end()) {
+        return static_cast<size_t>(known - m_columns.begin());
+    }
+    m_columns.push_back(column);
+    return m_columns.size() - 1;
 }
 
 void PageLogReader::Report(Finding::Kind kind, uint64_t line, std::string text) const {
@@ -123,8 +150,8 @@ bool PageLogReader::ReadEntry(Line& line) {
     m_entry.cut = false;
     // Somebody may have put quotes around the format, or taken them away, while the log was
     // growing.
-    m_matcher = &m_matchers.For(m_entry.text);
-    if (m_matcher->Match(m_entry.text, m_entry.reading)) {
+    m_matcher = &m_format->matchers.For(m_entry.text);
+    if (m_matcher->Match(m_entry.text, m_entry.reading) || ChangeFormat()) {
         if (m_matcher->EndsInFreeText()) {
             JoinStrayLines();
         }
@@ -140,6 +167,46 @@ bool PageLogReader::ReadEntry(Line& line) {
     }
     ReadCutEntry(line);
     return m_entry.cut;
+}
+
+// An administrator may change the format while the log is growing. Then the line fits one of the
+// other formats, and so does the one behind it; a single line in another format is more likely a
+// part of a job's name that somebody made up.
+bool PageLogReader::ChangeFormat() {
+    if (m_formats.size() == 1 || m_matcher->StartsRecord(m_entry.text)) {
+        return false;
+    }
+    for (Format& format : m_formats) {
+        const PageLogMatcher& matcher = format.matchers.For(m_entry.text);
+        if (&format == m_format || !matcher.Match(m_entry.text, m_entry.reading) ||
+            !ConfirmsFormat(format)) {
+            continue;
+        }
+        if (format.used) {
+            Report(
+                Finding::Kind::FORGED, m_entry.firstLine,
+                "is in the format that the log had before, so the lines in the other format may be "
+                "made up; kept");
+        }
+        format.used = true;
+        m_format = &format;
+        m_matcher = &matcher;
+        return true;
+    }
+    return false;
+}
+
+// In any of the formats of this log.
+bool PageLogReader::StartsRecord(const std::string& text) const {
+    return std::ranges::any_of(m_formats, [&](const Format& format) {
+        return format.matchers.For(text).StartsRecord(text);
+    });
+}
+
+bool PageLogReader::ConfirmsFormat(const Format& format) {
+    const Line* next = LookAhead(0);
+    return next == nullptr ||
+           (Usable(*next) && format.matchers.For(next->text).StartsRecord(next->text));
 }
 
 // True when the lines behind complete the entry. Lines that add up to exactly the length at which
@@ -169,7 +236,7 @@ void PageLogReader::JoinStrayLines() {
     const size_t before = m_entry.text.size();
     size_t count = 0;
     while (const Line* next = LookAhead(count)) {
-        if (!Usable(*next) || IsBlank(next->text) || m_matcher->StartsRecord(next->text) ||
+        if (!Usable(*next) || IsBlank(next->text) || StartsRecord(next->text) ||
             m_entry.text.size() + 1 + next->text.size() > MAX_RECORD) {
             break;
         }
@@ -216,12 +283,15 @@ bool PageLogReader::Accept(Record& record) {
 
 bool PageLogReader::FillValues(Record& record, std::optional<int64_t>& time) {
     const std::vector<std::string_view>& fields = m_entry.reading.fields;
-    record.values.resize(m_layout.columns.size());
+    record.values.resize(m_columns.size());
+    if (m_formats.size() > 1) {
+        std::ranges::for_each(record.values, [](std::string& value) { value.clear(); });
+    }
     for (size_t i = 0; i < fields.size(); ++i) {
         const std::string_view field = fields[i];
-        std::string& value = record.values[m_layout.columnOf[i]];
+        std::string& value = record.values[m_format->columnOf[i]];
         value.assign(field);
-        if (m_kinds[i] == FieldKind::TIME) {
+        if (m_format->kinds[i] == FieldKind::TIME) {
             const std::optional<int64_t> seconds = ParseLogTime(field);
             if (!seconds && !field.empty()) {
                 Report(Finding::Kind::UNREADABLE, m_entry.firstLine,
@@ -232,13 +302,14 @@ bool PageLogReader::FillValues(Record& record, std::optional<int64_t>& time) {
             time = time ? time : seconds;
             continue;
         }
-        const bool number = m_kinds[i] == FieldKind::JOB || m_kinds[i] == FieldKind::COUNT ||
-                            (m_kinds[i] == FieldKind::PAGE && field != "total") ||
-                            m_kinds[i] == FieldKind::EPOCH;
+        const bool number = m_format->kinds[i] == FieldKind::JOB ||
+                            m_format->kinds[i] == FieldKind::COUNT ||
+                            (m_format->kinds[i] == FieldKind::PAGE && field != "total") ||
+                            m_format->kinds[i] == FieldKind::EPOCH;
         if (number && !ParseNumber(field)) {
-            if (m_kinds[i] != FieldKind::EPOCH || field.size() > sizeof("no-value")) {
+            if (m_format->kinds[i] != FieldKind::EPOCH || field.size() > sizeof("no-value")) {
                 Report(Finding::Kind::UNREADABLE, m_entry.firstLine,
-                       "has a number too large to count with in " + m_fieldNames[i] + ", " +
+                       "has a number too large to count with in " + m_format->fieldNames[i] + ", " +
                            Printable(field) + "; left out");
                 return false;
             }
@@ -250,13 +321,13 @@ bool PageLogReader::FillValues(Record& record, std::optional<int64_t>& time) {
 
 bool PageLogReader::CountPages(Record& record, const std::vector<std::string_view>& fields) {
     record.onePage.reset();
-    if (!m_layout.pagesColumn) {
+    if (!m_pagesColumn) {
         return true;
     }
-    std::string& pages = record.values[*m_layout.pagesColumn];
-    pages.assign(m_countField ? fields[*m_countField] : "");
-    if (m_pageField && fields[*m_pageField] != "total") {
-        record.onePage = m_countField ? ParseNumber(fields[*m_countField]) : 1;
+    std::string& pages = record.values[*m_pagesColumn];
+    pages.assign(m_format->countField ? fields[*m_format->countField] : "");
+    if (m_format->pageField && fields[*m_format->pageField] != "total") {
+        record.onePage = m_format->countField ? ParseNumber(fields[*m_format->countField]) : 1;
         pages = std::to_string(record.onePage.value_or(0));
     }
     return true;
@@ -295,15 +366,15 @@ bool PageLogReader::ReportForgery() {
                    "break; not counted as a job");
         }
     }
-    for (size_t i = 0; i < m_kinds.size() && !found; ++i) {
+    for (size_t i = 0; i < m_format->kinds.size() && !found; ++i) {
         const std::string_view field = m_entry.reading.fields[i];
-        const size_t at =
-            IsFreeText(m_kinds[i]) ? m_matcher->FindRecordInside(field) : std::string_view::npos;
+        const size_t at = IsFreeText(m_format->kinds[i]) ? m_matcher->FindRecordInside(field)
+                                                         : std::string_view::npos;
         if (at != std::string_view::npos) {
             found = true;
             const auto line = std::count(text.data(), field.data() + at, '\n');
             Report(Finding::Kind::FORGED, m_entry.firstLine + static_cast<uint64_t>(line),
-                   "has what looks like another record in its " + m_fieldNames[i] + ", " +
+                   "has what looks like another record in its " + m_format->fieldNames[i] + ", " +
                        Printable(field.substr(at)) + "; read as one job");
         }
     }
@@ -317,7 +388,7 @@ void PageLogReader::ReportAmbiguity() {
         ++i;
     }
     Report(Finding::Kind::AMBIGUOUS, m_entry.firstLine,
-           "can be read in two ways: its " + m_fieldNames[i] + " is " +
+           "can be read in two ways: its " + m_format->fieldNames[i] + " is " +
                Printable(reading.fields[i]) + " or " + Printable(reading.otherFields[i]) +
                "; the first was taken");
 }

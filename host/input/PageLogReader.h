@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host/input/LineReader.h"
 #include "host/input/PageLogMatcher.h"
@@ -21,11 +22,13 @@ public:
     static constexpr size_t MAX_RECORD = 2047;
     static constexpr int64_t OUT_OF_ORDER_SECONDS = 60;
 
-    PageLogReader(std::unique_ptr<LineReader> lines, MatcherPair matchers, bool perPage,
-                  FindingSink findings);
+    // `formats` are those that the log changes between, the one it begins with first. The columns
+    // are those of all of them.
+    PageLogReader(std::unique_ptr<LineReader> lines, const std::vector<MatcherPair>& formats,
+                  bool perPage, FindingSink findings);
 
-    const std::vector<Column>& Columns() const { return m_layout.columns; }
-    std::optional<size_t> PagesColumn() const { return m_layout.pagesColumn; }
+    const std::vector<Column>& Columns() const { return m_columns; }
+    std::optional<size_t> PagesColumn() const { return m_pagesColumn; }
 
     bool Next(Record& record) override;
     uint64_t BytesRead() const override { return m_lines->BytesRead(); }
@@ -41,6 +44,21 @@ private:
         Reading reading;
     };
 
+    struct Format {
+        MatcherPair matchers;
+        std::vector<size_t> columnOf;         // by field
+        std::vector<FieldKind> kinds;         // by field
+        std::vector<std::string> fieldNames;  // by field
+        std::optional<size_t> pageField;
+        std::optional<size_t> countField;
+        bool used = false;
+    };
+
+    void AddFormat(const MatcherPair& matchers, bool perPage);
+    size_t AddColumn(const Column& column);
+    bool ChangeFormat();
+    bool StartsRecord(const std::string& text) const;
+    bool ConfirmsFormat(const Format& format);
     bool TakeLine(Line& line);
     Line* LookAhead(size_t index);
     void DropAhead(size_t count);
@@ -58,14 +76,12 @@ private:
     static bool Usable(const Line& line);
 
     std::unique_ptr<LineReader> m_lines;
-    MatcherPair m_matchers;
-    const PageLogMatcher* m_matcher;  // of the current entry
+    std::vector<Format> m_formats;
+    Format* m_format = nullptr;                 // of the current entry
+    const PageLogMatcher* m_matcher = nullptr;  // the one of its two that fits the current entry
     FindingSink m_findings;
-    RecordLayout m_layout;
-    std::vector<FieldKind> m_kinds;         // by field
-    std::vector<std::string> m_fieldNames;  // by field
-    std::optional<size_t> m_pageField;
-    std::optional<size_t> m_countField;
+    std::vector<Column> m_columns;
+    std::optional<size_t> m_pagesColumn;
     std::deque<Line> m_ahead;
     Line m_line;
     Entry m_entry;

@@ -81,7 +81,7 @@ TEST_F(CsvWriter, FindsACharacterToEscapeWhereverItStands) {
                 if (special == '"') {
                     value.insert(at, 1, '"');
                 }
-                expected.push_back(quotes + value + quotes);
+                expected.push_back(value.insert(0, quotes).append(quotes));
             }
         }
     }

@@ -12,25 +12,14 @@
 #include <vector>
 
 #include "host/input/Inputs.h"
+#include "tests/support/TempFolder.h"
 
 namespace tallyquist {
 
-// A folder of its own for each test, gone when the test ends.
-class Folder {
+class Folder : public TempFolder {
 public:
-    Folder() : m_path(std::filesystem::temp_directory_path() / "tallyquist-input-XXXXXX") {
-        std::string path = m_path.string();
-        EXPECT_NE(mkdtemp(path.data()), nullptr);
-        m_path = path;
-    }
-    ~Folder() { std::filesystem::remove_all(m_path); }
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-
-    std::string Path(const std::string& name) const { return (m_path / name).string(); }
-
     std::string Write(const std::string& name, const std::string& bytes) const {
-        std::ofstream(Path(name), std::ios::binary) << bytes;
+        WriteFile(Path(name), bytes);
         return Path(name);
     }
 
@@ -42,9 +31,6 @@ public:
         EXPECT_EQ(gzclose(file), Z_OK);
         return Path(name);
     }
-
-private:
-    std::filesystem::path m_path;
 };
 
 inline std::string JoinTexts(const std::vector<std::string>& texts) {

@@ -88,6 +88,49 @@ TEST(Inputs, RotatedFilesInAnyOrder) {
     EXPECT_TRUE(job.rows[0].starts_with("Q|ann|7|1795334400|6|")) << job.rows[0];
 }
 
+std::string BarRecord(const std::string& job, const std::string& name = "doc") {
+    return job +
+           "|[22/Nov/2026:08:00:00 +0000]|Q|ann|total|2|copies=1|imp=2|sheets=1|kb=9|mode=color|"
+           "type=-|created=1|processing=2|fmt=text/plain|state=9|uuid=u|pages=-|nup=1|A4|-|-|"
+           "localhost|" +
+           name + "\n";
+}
+
+// An administrator sets the format with bars while the log is growing, far behind its beginning.
+TEST(Inputs, FormatChangedWithinALog) {
+    const Folder folder;
+    std::string log;
+    for (int i = 1000; i < 3000; ++i) {
+        log += Record(std::to_string(i), "21");
+    }
+    log += BarRecord("3000") + BarRecord("3001", "two\nlines") + BarRecord("3002");
+    const std::string packed = folder.WriteGzip("log.gz", log);
+    for (const std::string& path : {folder.Write("page_log", log), packed}) {
+        const Outcome outcome = ReadFile(path);
+        EXPECT_EQ(outcome.findings, Texts{}) << path;
+        ASSERT_EQ(outcome.rows.size(), 2003U) << path;
+        EXPECT_EQ(outcome.rows[0].substr(0, 9), "Q|ann|100");
+        EXPECT_EQ(outcome.rows[2001].substr(0, 10), "Q|ann|3001");
+        EXPECT_NE(outcome.rows[2001].find("|2|-|localhost|two\nlines|A4|-|"), std::string::npos);
+        EXPECT_NE(outcome.columns.find("|sides|copies|job-impressions-completed|"),
+                  std::string::npos);
+    }
+}
+
+TEST(Inputs, SingleLineInAnotherFormatIsNoRecord) {
+    const Folder folder;
+    const std::string path =
+        folder.Write("page_log", Record("1", "21") + BarRecord("99") + Record("2", "22"));
+    const Outcome outcome = ReadFile(path);
+    EXPECT_EQ(Jobs(outcome), "1 2 ");
+    EXPECT_EQ(outcome.findings, Texts{"UNREADABLE 2"});
+
+    const Outcome back = ReadFile(folder.Write(
+        "back", Record("1", "21") + BarRecord("99") + BarRecord("98") + Record("2", "22")));
+    EXPECT_EQ(Jobs(back), "1 99 98 2 ");
+    EXPECT_EQ(back.findings, Texts{"FORGED 4"});
+}
+
 TEST(Inputs, StandardInput) {
     const Folder folder;
     const std::string path = folder.WriteGzip("log", Record("1", "21") + "stray\n");
