@@ -65,7 +65,7 @@ void CCMLibLogger::InitLibLogger(std::string logName, std::string logOwner, std:
         m_loggerModule = LoadLibrary(path.c_str());
     }
 } catch (const std::exception&) {
-    // Out of memory, or a folder that cannot be read: the logger stays as it is, silently.
+    // Out of memory: the logger goes on, silently, with what was set so far.
 }
 
 bool CCMLibLogger::IsInitialized() const {
@@ -99,5 +99,6 @@ int CCMLibLogger::writeLogByAppLogger(const char* file, unsigned int line, char 
     if (alWrite == nullptr) {
         return 0;
     }
-    return alWrite(file, line, &m_settings, m_settings.m_moduleName, "", code, level, message);
+    return alWrite(file, line, &m_settings, m_settings.m_moduleName, "", code,
+                   static_cast<signed char>(level), message);
 }

@@ -4,9 +4,9 @@
 #include <cstring>
 #include <new>
 #include <string_view>
+#include <utility>
 
 #include "CostCountCommon/CMLibLogger.h"
-#include "CostCountCommon/src/platform/Platform.h"
 #include "JobCostExporter/TypedCells.h"
 #include "compatible/osFree.h"
 
@@ -203,7 +203,7 @@ int CCsvWriter::WriteBOM() {
         return -1;
     }
     constexpr std::string_view MARK = "\xEF\xBB\xBF";
-    if (platform::WriteUnlocked(MARK.data(), MARK.size(), m_file) == MARK.size()) {
+    if (std::fwrite(MARK.data(), 1, MARK.size(), m_file) == MARK.size()) {
         return 0;
     }
     const int error = errno;
@@ -233,7 +233,7 @@ int CCsvWriter::WriteValues(int count, const char** values, const char** /*unuse
     if (m_failed || m_file == nullptr) {
         return -1;
     }
-    if (m_rowCount != 0 && putc_unlocked('\n', m_file) == EOF) {
+    if (m_rowCount != 0 && std::putc('\n', m_file) == EOF) {
         const int error = errno;
         Log(200, 'e', error, "CCsvWriter::WriteValues() failed (fprintf_s error).");
         if (error != 0) {
@@ -252,8 +252,9 @@ int CCsvWriter::WriteValues(int count, const char** values, const char** /*unuse
         const bool built = kind == CellKind::TEXT
                                ? AppendText(m_row, value, last)
                                : AppendTyped(m_row, value, kind, m_dateTimes, last);
-        const bool written = built && (last || m_row.Size() >= GATHERED) ? WriteGathered() : built;
-        const int error = !built ? ENOMEM : !written ? errno : 0;
+        // Without memory for a cell, those before it go to the stream all the same.
+        const bool due = last || !built || m_row.Size() >= GATHERED;
+        const int error = due && !WriteGathered() ? errno : built ? 0 : ENOMEM;
         if (error != 0) {
             Log(277, 'e', error, "CCsvWriter::WriteValues() failed (fwrite error).");
             return FailRow(error);
@@ -264,11 +265,12 @@ int CCsvWriter::WriteValues(int count, const char** values, const char** /*unuse
 }
 
 // Many small cells go to the stream together, because a call of its own for each would cost more
-// than all the rest. The stream gets the same bytes and reports the same failures either way.
+// than all the rest. The calls lock the stream: another thread of the host may flush all streams at
+// once.
 bool CCsvWriter::WriteGathered() {
     const size_t size = m_row.Size();
     m_row.Clear();
-    return platform::WriteUnlocked(m_row.Bytes(), size, m_file) == size;
+    return size == 0 || std::fwrite(m_row.Bytes(), 1, size, m_file) == size;
 }
 
 int CCsvWriter::FailRow(int error) {
@@ -288,9 +290,9 @@ int CCsvWriter::Close() {
         Log(78, 'e', flushError, "CCsvWriter::Close() failed (fflush error).");
     }
     int closeError = 0;
-    const bool closed = std::fclose(m_file) == 0;
+    // The stream is gone whatever the result, also when a cancelled thread leaves from within.
+    const bool closed = std::fclose(std::exchange(m_file, nullptr)) == 0;
     const int error = errno;
-    m_file = nullptr;
     m_streamBuffer.reset();
     if (!closed) {
         closeError = error;

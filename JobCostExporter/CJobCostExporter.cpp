@@ -1,5 +1,6 @@
 #include "JobCostExporter/CJobCostExporter.h"
 
+#include <memory>
 #include <new>
 
 #include "JobCostExporter/CCsvWriter.h"
@@ -10,7 +11,11 @@ int DataExporterCreate(void** handle) {
 }
 
 void DataExporterDispose(void* handle) {
-    delete static_cast<CCsvWriter*>(handle);
+    const std::unique_ptr<CCsvWriter> writer(static_cast<CCsvWriter*>(handle));
+    if (writer != nullptr) {
+        // Here, and not only in the destructor, which a cancelled thread could not leave.
+        writer->Close();
+    }
 }
 
 int DataExporterOpen(void* handle, const char* path) {

@@ -20,15 +20,21 @@ int64_t CountedLikeUtc(const struct tm& broken) {
     return ((days * 24 + broken.tm_hour) * 60 + broken.tm_min) * 60 + broken.tm_sec;
 }
 
-// The offset at `t`, or nothing (false) when local time is not `t` plus a whole offset there: the C
-// library fails, or a zone that counts leap seconds is within one.
+// The offset at `t`; false when the C library fails.
 bool OffsetAt(time_t t, int64_t* offset) {
     struct tm local {};
-    if (localtime_r(&t, &local) == nullptr || local.tm_sec > 59) {
+    if (localtime_r(&t, &local) == nullptr) {
         return false;
     }
     *offset = CountedLikeUtc(local) - t;
     return true;
+}
+
+// Whether the zone in use counts leap seconds. In such a zone even UTC is not what POSIX counts.
+bool CountsLeapSeconds() {
+    const time_t afterMany = 1500000000;
+    struct tm utc {};
+    return gmtime_r(&afterMany, &utc) == nullptr || CountedLikeUtc(utc) != afterMany;
 }
 
 }  // namespace
@@ -45,8 +51,8 @@ void LocalTime::Refresh() {
     }
     tzset();
     // A rule written by hand ("CET-1CEST,M3.5.0,M10.5.0/3") may change the offset as often as it
-    // likes.
-    if (!m_zoneKnown || std::strchr(m_zone, ',') != nullptr) {
+    // likes, and so does a zone that counts leap seconds.
+    if (!m_zoneKnown || std::strchr(m_zone, ',') != nullptr || CountsLeapSeconds()) {
         m_blocks.reset();
         return;
     }
@@ -71,6 +77,8 @@ bool LocalTime::ZoneVariableChanged() {
 }
 
 LocalTime::Block LocalTime::Learn(int32_t number) {
+    // Others in the process may have used another zone since the last Refresh.
+    tzset();
     const int64_t start = static_cast<int64_t>(number) << BLOCK_BITS;
     const Block unknown{number, 0, UNKNOWN, UNKNOWN};
     int64_t before = 0;

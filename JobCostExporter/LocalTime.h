@@ -14,8 +14,8 @@ public:
 
     // Stores the local time at `t` (seconds since 1970-01-01 00:00:00 UTC), counted like a UTC
     // time: `t` plus the offset of that moment. False when no such offset is at hand and the C
-    // library must be asked: near a change of the offset, in a zone given by hand-written rules, or
-    // far from today.
+    // library must be asked: in a zone with hand-written rules or leap seconds, or far from
+    // today.
     bool FromOffset(int64_t t, int64_t* local) {
         const int64_t number = t >> BLOCK_BITS;
         if (m_blocks == nullptr || number <= NO_BLOCK || number > INT32_MAX) {

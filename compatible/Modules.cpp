@@ -1,10 +1,11 @@
 #include <exception>
 
 #include "CostCountCommon/src/platform/Platform.h"
+#include "compatible/Utf8.h"
 #include "compatible/osFree.h"
 
 void* LoadLibrary(const char* path) try {
-    return path != nullptr ? platform::LoadModule(path, nullptr) : nullptr;
+    return path != nullptr && IsUtf8(path) ? platform::LoadModule(path, nullptr) : nullptr;
 } catch (const std::exception&) {
     return nullptr;  // out of memory
 }

@@ -11,8 +11,7 @@
 #include <cstdio>
 #include <ctime>
 
-// --- Text
-// -----------------------------------------------------------------------------------------
+// --- Text ---
 
 // vsnprintf into `dst` of `size` bytes: always terminated when size is not 0, cut when too long.
 // Returns the length before cutting, negative when the arguments cannot be encoded.
@@ -31,8 +30,7 @@ __attribute__((format(printf, 2, 3))) int sprintf_s(char (&dst)[N], const char* 
     return length;
 }
 
-// --- Time
-// -----------------------------------------------------------------------------------------
+// --- Time ---
 
 // Breaks `*t` (seconds since 1970-01-01 00:00:00 UTC, as POSIX counts them) down in the local time
 // zone, which is taken anew from the environment on each call. Returns 0 with errno 0, or EINVAL
@@ -40,20 +38,18 @@ __attribute__((format(printf, 2, 3))) int sprintf_s(char (&dst)[N], const char* 
 // Uses no static buffer, so calls on several threads do not disturb each other.
 int localtime_s(struct tm* out, const time_t* t);
 
-// --- Files
-// ----------------------------------------------------------------------------------------
+// --- Files ---
 
 // Opens `path` with the part of `mode` before its first comma, blanks dropped, at most four
 // characters of it: "w, ccs=UTF-8" opens with "w". Stores the stream, which the caller closes, or
 // null. Returns 0 or the errno of the failed open; EINVAL when an argument is null.
 [[nodiscard]] int u_fopen(FILE** fp, const char* path, const char* mode);
 
-// --- Modules
-// --------------------------------------------------------------------------------------
+// --- Modules ---
 
 // Loads the code of a plug-in bundle (its folder) or a shared object (the file itself). Returns a
-// handle that FreeLibrary releases, or null for a null path, a path that is neither, or a failed
-// load.
+// handle that FreeLibrary releases, or null for a null path, one that is not UTF-8 or
+// neither of the two, or a failed load.
 [[nodiscard]] void* LoadLibrary(const char* path);
 
 // The address of the exported C function `name`, or null when an argument is null or there is no

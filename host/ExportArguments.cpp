@@ -4,19 +4,39 @@
 
 #include <map>
 
+#include "host/Version.h"
 #include "host/export/Errors.h"
 
 namespace tallyquist {
 namespace {
 
-const std::map<std::string, InputKind> KINDS{{"auto", InputKind::AUTOMATIC},
-                                             {"page-log", InputKind::PAGE_LOG},
-                                             {"csv", InputKind::CSV},
-                                             {"tsv", InputKind::TSV}};
-const std::map<std::string, ValueMode> MODES{{"portable", ValueMode::PORTABLE},
-                                             {"exact", ValueMode::EXACT}};
-const std::map<std::string, ColumnType> TYPES{{"datetime", ColumnType::DATE_TIME},
-                                              {"timespan", ColumnType::TIME_SPAN}};
+template <typename Value>
+using Words = std::map<std::string, Value>;
+
+const Words<InputKind> KINDS{{"auto", InputKind::AUTOMATIC},
+                             {"page-log", InputKind::PAGE_LOG},
+                             {"csv", InputKind::CSV},
+                             {"tsv", InputKind::TSV}};
+const Words<ValueMode> MODES{{"portable", ValueMode::PORTABLE}, {"exact", ValueMode::EXACT}};
+const Words<ColumnType> TYPES{{"datetime", ColumnType::DATE_TIME},
+                              {"timespan", ColumnType::TIME_SPAN}};
+
+template <typename Value>
+Value ValueOf(const std::string& option, const std::string& word, const Words<Value>& words) {
+    const auto found = words.find(word);
+    if (found != words.end()) {
+        return found->second;
+    }
+    std::string known;
+    for (const auto& [name, value] : words) {
+        known += (known.empty() ? "" : ", ") + name;
+    }
+    throw UsageError(option + ": '" + word + "' is not one of " + known);
+}
+
+const CLI::Validator NOT_EMPTY(
+    [](const std::string& text) { return std::string(text.empty() ? "must not be empty" : ""); },
+    "");
 
 }  // namespace
 
@@ -27,34 +47,34 @@ ExportArguments::ExportArguments(CLI::App& program)
         "The file appears under its name only when it is whole. Exit codes: 0 done, 1 failed, 2 "
         "wrong "
         "usage.");
+    m_command->set_version_flag("--version", "tallyquist " TALLYQUIST_VERSION);
     AddInputOptions();
     AddSelectionOptions();
     AddOutputOptions();
+}
+
+// An option with a value. An empty one, such as an unset variable of a script gives, is a mistake.
+template <typename Value>
+CLI::Option* ExportArguments::AddText(const char* names, Value& value, const char* shape,
+                                      const char* meaning) {
+    return m_command->add_option(names, value, meaning)->option_text(shape)->check(NOT_EMPTY);
 }
 
 void ExportArguments::AddInputOptions() {
     m_command->add_option("INPUT", m_options.input.paths,
                           "Page logs, or CSV or TSV tables with a header; also gzipped. "
                           "None, or -, reads standard input.");
-    m_command
-        ->add_option("--input", m_options.input.kind,
-                     "What the inputs are; recognised when not given.")
-        ->transform(
-            CLI::CheckedTransformer(KINDS, CLI::ignore_case).description("{auto,page-log,csv,tsv}"))
-        ->option_text("KIND:{auto,page-log,csv,tsv}");
-    m_command
-        ->add_option("--log-format", m_options.input.logFormat,
-                     "The PageLogFormat string that the page logs were written with.")
-        ->option_text("FORMAT");
+    AddText("--input", m_kind, "auto|page-log|csv|tsv",
+            "What the inputs are; recognised when not given.");
+    AddText("--log-format", m_options.input.logFormat, "FORMAT",
+            "The PageLogFormat string that the page logs were written with.");
     m_command->add_flag(
         "--per-page", m_options.input.perPage,
         "Keep the lines of logs that have one per page, instead of one row per job.");
-    m_command
-        ->add_option(
-            "--type", m_types,
-            "Marks a table's column as whole seconds since 1970 UTC (datetime) or whole seconds "
-            "of a duration (timespan). May be repeated.")
-        ->option_text("COLUMN=datetime|timespan")
+    AddText(
+        "--type", m_types, "COLUMN=datetime|timespan",
+        "Marks a table's column as whole seconds since 1970 UTC (datetime) or whole seconds of a "
+        "duration (timespan). May be repeated.")
         ->take_all()
         ->expected(1);
     m_command->add_flag(
@@ -64,46 +84,31 @@ void ExportArguments::AddInputOptions() {
 }
 
 void ExportArguments::AddSelectionOptions() {
-    m_command
-        ->add_option("--columns", m_options.selection.columns,
-                     "The columns to write, in this order.")
-        ->delimiter(',')
-        ->option_text("A,B,...");
-    m_command
-        ->add_option("--from", m_options.from,
-                     "Leave out what was before this date (2026-11-21, "
-                     "or \"2026-11-21 09:46\").")
-        ->option_text("DATE");
-    m_command->add_option("--to", m_options.to, "Leave out what was after this date.")
-        ->option_text("DATE");
-    m_command
-        ->add_option("--printer", m_options.selection.printers,
-                     "Only this printer. May be repeated.")
-        ->option_text("NAME")
+    AddText("--columns", m_options.selection.columns, "A,B,...",
+            "The columns to write, in this order.")
+        ->delimiter(',');
+    AddText("--from", m_options.from, "DATE",
+            "Leave out what was before this date (2026-11-21, or \"2026-11-21 09:46\").");
+    AddText("--to", m_options.to, "DATE", "Leave out what was after this date.");
+    AddText("--printer", m_options.selection.printers, "NAME",
+            "Only this printer. May be repeated.")
         ->take_all()
         ->expected(1);
-    m_command->add_option("--user", m_options.selection.users, "Only this user. May be repeated.")
-        ->option_text("NAME")
+    AddText("--user", m_options.selection.users, "NAME", "Only this user. May be repeated.")
         ->take_all()
         ->expected(1);
-    m_command
-        ->add_option("--timezone", m_options.timeZone,
-                     "The zone of the times written and of the dates given, such as Europe/Berlin.")
-        ->option_text("ZONE");
+    AddText("--timezone", m_options.timeZone, "ZONE",
+            "The zone of the times written and of the dates given, such as Europe/Berlin.");
 }
 
 void ExportArguments::AddOutputOptions() {
-    m_command
-        ->add_option("-o,--output", m_options.output, "The file to write; - is standard output.")
-        ->option_text("FILE")
+    AddText("-o,--output", m_options.output, "FILE (required)",
+            "The file to write; - is standard output.")
         ->required();
-    m_command
-        ->add_option(
-            "--values", m_options.values,
-            "portable (the default): change what CSV readers and spreadsheet programs would "
-            "misread; exact: keep every byte.")
-        ->transform(CLI::CheckedTransformer(MODES, CLI::ignore_case))
-        ->option_text("MODE:{portable,exact}");
+    AddText(
+        "--values", m_values, "portable|exact",
+        "portable (the default): change what CSV readers and spreadsheet programs would misread; "
+        "exact: keep every byte.");
     m_command->add_flag("--bom", m_options.byteOrderMark,
                         "Begin the file with a UTF-8 byte order mark.");
     m_command->add_flag("--force", m_options.force, "Replace an existing file.");
@@ -112,14 +117,23 @@ void ExportArguments::AddOutputOptions() {
 
 ExportOptions ExportArguments::Options() const {
     ExportOptions options = m_options;
+    if (!m_kind.empty()) {
+        options.input.kind = ValueOf("--input", m_kind, KINDS);
+    }
+    if (!m_values.empty()) {
+        options.values = ValueOf("--values", m_values, MODES);
+    }
     for (const std::string& text : m_types) {
         const size_t equals = text.rfind('=');
-        const auto type =
-            equals == std::string::npos ? TYPES.end() : TYPES.find(text.substr(equals + 1));
-        if (type == TYPES.end() || equals == 0) {
-            throw UsageError("--type " + text + ": must be COLUMN=datetime or COLUMN=timespan");
+        if (equals == std::string::npos || equals == 0) {
+            throw UsageError("--type: '" + text + "' is not COLUMN=datetime or COLUMN=timespan");
         }
-        options.input.columnTypes[text.substr(0, equals)] = type->second;
+        options.input.columnTypes[text.substr(0, equals)] =
+            ValueOf("--type", text.substr(equals + 1), TYPES);
+    }
+    const bool table = options.input.kind == InputKind::CSV || options.input.kind == InputKind::TSV;
+    if (table && !options.input.logFormat.empty()) {
+        throw UsageError("--log-format is for page logs, not for --input " + m_kind);
     }
     if (options.input.paths.empty() && isatty(STDIN_FILENO) == 1) {
         throw UsageError("no INPUT was given, and standard input is a terminal");

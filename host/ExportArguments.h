@@ -24,9 +24,13 @@ private:
     void AddInputOptions();
     void AddSelectionOptions();
     void AddOutputOptions();
+    template <typename Value>
+    CLI::Option* AddText(const char* names, Value& value, const char* shape, const char* meaning);
 
     CLI::App* m_command;
     ExportOptions m_options;
+    std::string m_kind;
+    std::string m_values;
     std::vector<std::string> m_types;
 };
 

@@ -1,9 +1,13 @@
 // The program `tallyquist`: the library's services on a command line.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <cstdio>
 #include <exception>
 #include <new>
+#include <string>
 
 #include "host/ExportArguments.h"
 #include "host/Version.h"
@@ -18,10 +22,23 @@ int Complain(ExitCode code, const char* text) {
     return code;
 }
 
+// A parent may have closed them; then a file opened later would take the place of standard error
+// and get its messages.
+void KeepStandardDescriptors() {
+    for (int descriptor = open("/dev/null", O_RDWR);
+         descriptor >= 0 && descriptor <= STDERR_FILENO;) {
+        descriptor = open("/dev/null", O_RDWR);
+    }
+}
+
 int Run(int argc, char** argv) {
     CLI::App program("Printer job-cost accounting.", "tallyquist");
     program.set_version_flag("--version", "tallyquist " TALLYQUIST_VERSION);
     program.require_subcommand(1);
+    program.failure_message([](const CLI::App*, const CLI::Error& error) {
+        return std::string("tallyquist: ") + error.what() +
+               "\nRun 'tallyquist export --help' for more information.\n";
+    });
     const tallyquist::ExportArguments exportArguments(program);
     try {
         program.parse(argc, argv);
@@ -37,6 +54,7 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    KeepStandardDescriptors();
     // A file-size limit and a reader that went away are failed writes, told like any other.
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGPIPE, SIG_IGN);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <exception>
 #include <string_view>
 
@@ -39,7 +38,8 @@ std::string Joined(std::string_view folder, std::string_view name) {
 bool LiesInLoginItems(std::string_view path) {
     constexpr std::string_view FOLDER = "loginitems";
     return std::search(path.begin(), path.end(), FOLDER.begin(), FOLDER.end(), [](char a, char b) {
-               return std::tolower(static_cast<unsigned char>(a)) == b;
+               // Not tolower, which in a Turkish locale knows another letter i.
+               return (a >= 'A' && a <= 'Z' ? a - 'A' + 'a' : a) == b;
            }) != path.end();
 }
 
@@ -66,8 +66,11 @@ std::string InstallFolder() {
     const std::string plugins = PluginFolder();
     const bool insideApplication = gAppType == APPLICATION_TYPE_LOGIN_ITEM ||
                                    LastComponent(platform::SupportFilesFolder()) == HELPERS_FOLDER;
-    return insideApplication ? WithoutLastComponents(plugins, 3)  // PlugIns, Contents, MAIN.app
-                             : WithoutLastComponents(platform::MainBundleFolder(), 1);
+    const std::string bundle = insideApplication
+                                   ? WithoutLastComponents(plugins, 2)  // PlugIns, Contents
+                                   : platform::MainBundleFolder();
+    const std::string folder = WithoutLastComponents(bundle, 1);
+    return folder.empty() && !bundle.empty() ? "/" : folder;
 }
 
 bool Store(const std::string& text, std::string* path) {
@@ -87,8 +90,9 @@ bool InPluginFolder(std::string_view name, std::string* path) {
 bool HelperTool(std::string_view relative, std::string* path) {
     if (gAppType != APPLICATION_TYPE_LOGIN_ITEM) {
         // Taken literally for a tool in Helpers too, which so looks in a Helpers folder of its own.
-        return Store(Joined(WithoutLastComponents(platform::BuiltInPlugInsFolder(), 1), relative),
-                     path);
+        const std::string builtIn = platform::BuiltInPlugInsFolder();
+        return Store(
+            builtIn.empty() ? builtIn : Joined(WithoutLastComponents(builtIn, 1), relative), path);
     }
     const std::string support = platform::SupportFilesFolder();
     if (LiesInLoginItems(support)) {

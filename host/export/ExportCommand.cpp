@@ -46,11 +46,14 @@ void ReadDates(ExportOptions& options) {
     }
 }
 
-void RefuseInputAsOutput(const OutputFile& output, const std::vector<std::string>& inputs) {
+void RefuseInputAsOutput(const OutputFile& output, std::vector<std::string> inputs) {
+    if (inputs.empty()) {
+        inputs.emplace_back("-");
+    }
     for (const std::string& input : inputs) {
         std::error_code error;
-        if (!output.Target().empty() &&
-            std::filesystem::equivalent(output.Target(), input, error)) {
+        const std::string path = input == "-" ? "/dev/stdin" : input;
+        if (!output.Target().empty() && std::filesystem::equivalent(output.Target(), path, error)) {
             throw UsageError("-o " + output.ShownAs() + ": that is one of the inputs");
         }
     }

@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
@@ -38,16 +40,26 @@ fs::path FolderOf(const fs::path& path) {
     return path.has_parent_path() ? path.parent_path() : fs::path(".");
 }
 
-// The mode that a new file would get from the process's mask, or the one of the file to be
-// replaced.
-mode_t ModeFor(const std::string& target) {
+// Gives the file the mode that a new one would get from the process's mask, or the permissions and,
+// where that is allowed, the owner of the file that it is to replace.
+bool TakeAttributes(int descriptor, const std::string& target) {
     struct stat existing {};
-    if (!target.empty() && stat(target.c_str(), &existing) == 0) {
-        return existing.st_mode & 07777;
+    if (stat(target.c_str(), &existing) == 0) {
+        // Only a privileged process may give a file away; others own what they replace in most
+        // cases.
+        [[maybe_unused]] const int ignored = fchown(descriptor, existing.st_uid, existing.st_gid);
+        return fchmod(descriptor, existing.st_mode & 0777) == 0;
     }
     const mode_t mask = umask(0);
     umask(mask);
-    return 0666 & ~mask;
+    return fchmod(descriptor, 0666 & ~mask) == 0;
+}
+
+// As the system's own programs take it; one that does not exist is reported when a file is made in
+// it.
+fs::path TemporaryFolder() {
+    const char* named = std::getenv("TMPDIR");
+    return named != nullptr && *named != '\0' ? named : "/tmp";
 }
 
 // Names are limited to 255 bytes; the rest is the dot, the random part and the endings.
@@ -76,7 +88,7 @@ OutputFile::OutputFile(const std::string& target, bool replace)
     : m_shownAs(target == "-" ? "standard output" : target), m_replace(replace) {
     if (target != "-") {
         m_target = target;
-        CheckTarget(replace);
+        CheckTarget();
     }
 }
 
@@ -90,7 +102,24 @@ void OutputFile::Fail(int error) const {
     throw CommandError("cannot write " + m_shownAs + ": " + std::strerror(error));
 }
 
-void OutputFile::CheckTarget(bool replace) {
+// Also to a file that does not exist yet.
+void OutputFile::FollowLinks() {
+    constexpr int MOST = 40;  // as many as the system follows
+    std::error_code error;
+    for (int links = 0; fs::is_symlink(m_target, error); ++links) {
+        if (links == MOST) {
+            Fail(ELOOP);
+        }
+        m_target = (FolderOf(m_target) / fs::read_symlink(m_target, error)).string();
+    }
+}
+
+void OutputFile::FailAsExisting() const {
+    throw CommandError(m_shownAs + " exists already; --force replaces it");
+}
+
+void OutputFile::CheckTarget() {
+    FollowLinks();
     std::error_code error;
     const fs::file_status status = fs::status(m_target, error);
     if (!fs::exists(status)) {
@@ -106,29 +135,25 @@ void OutputFile::CheckTarget(bool replace) {
         throw CommandError("cannot write " + m_shownAs +
                            ": it is not a regular file; -o - writes to standard output");
     }
-    if (!replace) {
-        throw CommandError(m_shownAs + " exists already; --force replaces it");
-    }
-    const fs::path resolved = fs::canonical(m_target, error);
-    if (!error) {
-        m_target = resolved.string();
+    if (!m_replace) {
+        FailAsExisting();
     }
 }
 
 const std::string& OutputFile::CreateTemporary() {
-    std::error_code error;
     const fs::path target(m_target);
-    std::string pattern = m_target.empty()
-                              ? TemporaryPattern(fs::temp_directory_path(error), "output")
-                              : TemporaryPattern(FolderOf(target), target.filename().string());
+    const fs::path folder = m_target.empty() ? TemporaryFolder() : FolderOf(target);
+    std::string pattern =
+        TemporaryPattern(folder, m_target.empty() ? "output" : target.filename().string());
     const Descriptor file(mkstemps(pattern.data(), static_cast<int>(std::strlen(".part"))));
     if (!file.IsOpen()) {
-        Fail(errno);
+        throw CommandError("cannot write a file in " + folder.string() + ": " +
+                           std::strerror(errno));
     }
     m_temporary = pattern;
     m_removal = std::make_unique<RemoveOnSignal>(m_temporary);
     // What goes to standard output stays readable to this user alone on its way.
-    if (!m_target.empty() && fchmod(file.Number(), ModeFor(m_target)) != 0) {
+    if (!m_target.empty() && !TakeAttributes(file.Number(), m_target)) {
         Fail(errno);
     }
     return m_temporary;
@@ -156,7 +181,9 @@ void OutputFile::Rename() {
     } else if (link(m_temporary.c_str(), m_target.c_str()) == 0) {
         // Unlike rename, link never replaces a file that appeared in the meantime.
         unlink(m_temporary.c_str());
-    } else if (errno == EEXIST || rename(m_temporary.c_str(), m_target.c_str()) != 0) {
+    } else if (errno == EEXIST) {
+        FailAsExisting();
+    } else if (rename(m_temporary.c_str(), m_target.c_str()) != 0) {
         Fail(errno);
     }
     // Makes the new name durable; a file system that cannot do so still has the whole file.
@@ -172,6 +199,8 @@ void OutputFile::CopyToStandardOutput() {
         Fail(errno);
     }
     unlink(m_temporary.c_str());
+    // Nothing is left to clean up, so a reader that goes away may end this process as any filter's.
+    std::signal(SIGPIPE, SIG_DFL);
     std::vector<char> buffer(1 << 16);
     for (;;) {
         const ssize_t size = read(file.Number(), buffer.data(), buffer.size());

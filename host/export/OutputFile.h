@@ -35,7 +35,9 @@ public:
 
 private:
     [[noreturn]] void Fail(int error) const;
-    void CheckTarget(bool replace);
+    [[noreturn]] void FailAsExisting() const;
+    void FollowLinks();
+    void CheckTarget();
     void Rename();
     void CopyToStandardOutput();
 

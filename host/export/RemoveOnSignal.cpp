@@ -8,7 +8,7 @@
 namespace tallyquist {
 namespace {
 
-constexpr int SIGNALS[] = {SIGHUP, SIGINT, SIGTERM};
+constexpr int SIGNALS[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGALRM, SIGUSR1, SIGUSR2};
 
 // A handler may touch little but plain memory.
 char gPath[4096];

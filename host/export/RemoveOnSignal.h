@@ -5,9 +5,9 @@
 
 namespace tallyquist {
 
-// For its lifetime, SIGHUP, SIGINT and SIGTERM remove the file at `path` before they end the
-// process. One at a time. SIGKILL cannot be seen: then the file stays, under the name of an
-// unfinished one.
+// For its lifetime, the signals by which a user or the system asks a process to end
+// remove the file at `path` before they end it. One at a time. SIGKILL cannot be seen: then the
+// file stays, under the name of an unfinished one.
 class RemoveOnSignal {
 public:
     explicit RemoveOnSignal(const std::string& path);

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
+#include <fstream>
 #include <system_error>
 
 #include "host/export/Errors.h"
@@ -15,8 +16,14 @@ namespace {
 bool IsInstalled(const std::string& zone) {
     const char* folder = std::getenv("TZDIR");
     std::error_code error;
-    return std::filesystem::is_regular_file(
-        std::filesystem::path(folder != nullptr ? folder : "/usr/share/zoneinfo") / zone, error);
+    const auto path =
+        std::filesystem::path(folder != nullptr ? folder : "/usr/share/zoneinfo") / zone;
+    if (zone.empty() || !std::filesystem::is_regular_file(path, error)) {
+        return false;
+    }
+    std::string magic(4, '\0');
+    std::ifstream(path, std::ios::binary).read(magic.data(), 4);
+    return magic == "TZif";
 }
 
 bool IsRule(const std::string& zone) {
@@ -29,6 +36,10 @@ bool IsRule(const std::string& zone) {
 }  // namespace
 
 void UseTimeZone(const std::string& zone) {
+    if (RE2::FullMatch(zone, "(UTC|GMT)[+-].*") && !IsInstalled(zone)) {
+        throw UsageError("--timezone: '" + zone +
+                         "' would be read the wrong way round; two hours east of UTC is Etc/GMT-2");
+    }
     if (zone != "UTC" && !IsInstalled(zone) && !IsRule(zone)) {
         throw UsageError("--timezone: '" + zone + "' is not a time zone that this system knows");
     }

@@ -1,6 +1,9 @@
 // Two handles on two threads share nothing.
 #include <gtest/gtest.h>
+#include <pthread.h>
 
+#include <atomic>
+#include <cstdio>
 #include <string>
 #include <thread>
 #include <vector>
@@ -51,6 +54,63 @@ TEST(ExporterThreads, HandlesOnTwoThreadsDoNotDisturbEachOther) {
         }
         EXPECT_EQ(expected, ReadFile(path("threaded", i)));
     }
+}
+
+// Any thread of a host may flush all streams, as the end of the process does.
+TEST(ExporterThreads, AnotherThreadMayFlushAllStreams) {
+    const ExporterModule exporter;
+    const TempFolder folder;
+    std::atomic<bool> done = false;
+    std::thread flusher([&] {
+        while (!done) {
+            std::fflush(nullptr);
+        }
+    });
+    void* handle = nullptr;
+    exporter.create(&handle);
+    exporter.open(handle, folder.Path("out.csv").c_str());
+    std::string expected;
+    for (int row = 0; row < 20'000; ++row) {
+        const std::string number = std::to_string(row);
+        const char* values[] = {number.c_str()};
+        EXPECT_EQ(0, exporter.writeValues(handle, 1, values, nullptr, nullptr));
+        expected += row == 0 ? "\"" : "\n\"";
+        expected += number;
+        expected += '"';
+    }
+    done = true;
+    flusher.join();
+    EXPECT_EQ(0, exporter.close(handle));
+    exporter.dispose(handle);
+    EXPECT_EQ(expected, ReadFile(folder.Path("out.csv")));
+}
+
+// Closing a file is where a cancelled thread leaves; it must not be stopped by a destructor.
+TEST(ExporterThreads, ACancelledThreadLeavesThroughDispose) {
+    const ExporterModule exporter;
+    const TempFolder folder;
+    void* handle = nullptr;
+    exporter.create(&handle);
+    ASSERT_EQ(0, exporter.open(handle, folder.Path("out.csv").c_str()));
+    const char* values[] = {"a"};
+    ASSERT_EQ(0, exporter.writeValues(handle, 1, values, nullptr, nullptr));
+    auto dispose = [&] {
+        pthread_cancel(pthread_self());
+        exporter.dispose(handle);
+        pthread_testcancel();
+    };
+    pthread_t thread{};
+    ASSERT_EQ(0, pthread_create(
+                     &thread, nullptr,
+                     [](void* work) -> void* {
+                         (*static_cast<decltype(dispose)*>(work))();
+                         return nullptr;
+                     },
+                     &dispose));
+    void* result = nullptr;
+    ASSERT_EQ(0, pthread_join(thread, &result));
+    EXPECT_EQ(PTHREAD_CANCELED, result);
+    EXPECT_EQ("\"a\"", ReadFile(folder.Path("out.csv")));
 }
 
 }  // namespace

@@ -78,8 +78,8 @@ INSTANTIATE_TEST_SUITE_P(
     Zones, ZoneTest,
     testing::Values("UTC", "", "Europe/Berlin", "America/New_York", "Asia/Kathmandu",
                     "Australia/Lord_Howe", "Africa/Casablanca", "Pacific/Apia", "Antarctica/Troll",
-                    "America/Caracas", ":Europe/London", "right/Europe/Paris", "No/Such_Zone",
-                    "CET-1CEST,M3.5.0,M10.5.0/3",
+                    "America/Caracas", ":Europe/London", "right/Europe/Paris",
+                    "right/Indian/Chagos", "No/Such_Zone", "CET-1CEST,M3.5.0,M10.5.0/3",
                     "XXX0YYY,J60/0,J60/1"));  // summer for one hour of the year
 
 TEST(DateTimeCells, NoticeAChangedZoneVariable) {
@@ -91,6 +91,20 @@ TEST(DateTimeCells, NoticeAChangedZoneVariable) {
         const ScopedVariable zone("TZ", name);
         cells.Refresh();
         EXPECT_EQ(Reference(1795250919), Cell(cells, 1795250919)) << (name ? name : "unset");
+    }
+}
+
+// Offsets that one handle remembers, and those that it learns later, are those of its own zone.
+TEST(DateTimeCells, AreNotMixedUpByAnotherHandlesZone) {
+    DateTimeCells first;
+    DateTimeCells second;
+    for (const int64_t seconds : {1500000000, 1600000000, 1700000000}) {
+        for (DateTimeCells* cells : {&first, &second}) {
+            const ScopedVariable zone("TZ", cells == &first ? "Europe/Berlin" : "Asia/Tokyo");
+            cells->Refresh();
+            const std::string cell = Cell(*cells, seconds);
+            EXPECT_EQ(Reference(seconds), cell);
+        }
     }
 }
 

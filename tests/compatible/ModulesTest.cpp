@@ -41,6 +41,8 @@ TEST(Modules, RefuseWhatIsNoModule) {
           std::string("libm.so.6")}) {  // a bare name is not looked up among the system's libraries
         EXPECT_EQ(nullptr, LoadLibrary(path.c_str())) << path;
     }
+    fs::copy_file(EXPORTER_PLUGIN, folder.Path("\xFF.so"));
+    EXPECT_EQ(nullptr, LoadLibrary(folder.Path("\xFF.so").c_str())) << "not UTF-8";
     EXPECT_EQ(nullptr, LoadLibrary(nullptr));
     EXPECT_EQ(nullptr, GetProcAddress(nullptr, "main"));
 }

@@ -4,8 +4,6 @@
 // no answer. Everything may be called from any thread.
 #pragma once
 
-#include <cstddef>
-#include <cstdio>
 #include <string>
 
 namespace platform {
@@ -20,8 +18,7 @@ std::string ResourcesFolder();
 // The text of CFBundleVersion in the bundle's Info.plist; empty when there is none.
 std::string MainBundleVersion();
 
-// --- Code
-// -----------------------------------------------------------------------------------------
+// --- Code ---
 
 // Loads the code of the bundle folder, or the shared object, at `path`. Returns a handle for
 // ReleaseModule, or null with the reason in `*reason` when that is not null.
@@ -30,17 +27,9 @@ std::string MainBundleVersion();
 // The code itself stays loaded until the process ends.
 void ReleaseModule(void* module);
 
-// --- Folders of the user
-// ----------------------------------------------------------------------------
+// --- Folders of the user ---
 
 // The folder that all programs of the application group share; `group` is its identifier.
 std::string GroupContainerFolder(const char* group);
-
-// --- Streams
-// ----------------------------------------------------------------------------------------
-
-// fwrite of `size` single bytes without taking the stream's lock, for a stream that one thread
-// uses.
-size_t WriteUnlocked(const void* data, size_t size, FILE* stream);
 
 }  // namespace platform

@@ -23,6 +23,10 @@ TEST(DateArgument, MeansAWholeDayMinuteOrSecondOfLocalTime) {
         {"1970-01-01 01:00", 0, 59},
         {"1970-01-01T01:00:07", 7, 7},
         {"2024-02-29", 1709161200, 1709161200 + 86399},
+        // Set forward from 2:00 to 3:00: what the clock never shows ends before it begins.
+        {"2026-03-29 02:30", 1774746000, 1774745999},
+        // Set back from 3:00 to 2:00: what it shows twice reaches from the first to the second.
+        {"2026-10-25 02:30:00", 1792888200, 1792891800},
     };
     for (const auto& expected : CASES) {
         const DateRange range = ParseDateArgument("--from", expected.text);
@@ -33,7 +37,7 @@ TEST(DateArgument, MeansAWholeDayMinuteOrSecondOfLocalTime) {
 
 TEST(DateArgument, RefusesWhatIsNoDate) {
     for (const char* text : {"", "today", "2026-13-01", "2026-02-30", "2025-02-29", "2026-11-21x",
-                             "2026-11-21 25:00", "21.11.2026"}) {
+                             "2026-11-21 25:00", "21.11.2026", "26-11-21", "+026-11-21"}) {
         EXPECT_THROW(ParseDateArgument("--from", text), UsageError) << text;
     }
 }
@@ -44,7 +48,8 @@ TEST(TimeZone, RefusesWhatTheCLibraryWouldTakeForUtc) {
          {"UTC", "Europe/Berlin", "CET-1CEST,M3.5.0,M10.5.0/3", "JST-9", "<+0330>-3:30"}) {
         EXPECT_NO_THROW(UseTimeZone(known)) << known;
     }
-    for (const char* unknown : {"", "Berlin", "Europe/Nowhere", "Europe", "CET-1CEST,M3.5.0"}) {
+    for (const char* unknown : {"", "UTC+2", "GMT-5", "zone.tab", "../../../etc/passwd", "Berlin",
+                                "Europe/Nowhere", "Europe", "CET-1CEST,M3.5.0"}) {
         EXPECT_THROW(UseTimeZone(unknown), UsageError) << unknown;
     }
 }

@@ -42,8 +42,10 @@ TEST_F(ExportFailure, WrongUsageIsTwo) {
     const std::string log = LOG;
     ExpectFailure(2, "", "--output is required");
     ExpectFailure(2, log + " -o out.csv --nonsense", "--nonsense");
-    ExpectFailure(2, log + " -o out.csv --values other", "--values");
-    ExpectFailure(2, log + " -o out.csv --type a=date", "COLUMN=datetime");
+    ExpectFailure(2, log + " -o out.csv --values other",
+                  "tallyquist: --values: 'other' is not one of exact, portable");
+    ExpectFailure(2, log + " -o out.csv --from ''", "must not be empty");
+    ExpectFailure(2, log + " -o out.csv --type a=date", "'date' is not one of");
     ExpectFailure(2, log + " -o out.csv --timezone Mars/Olympus", "'Mars/Olympus'");
     ExpectFailure(2, log + " -o out.csv --from yesterday", "--from: 'yesterday'");
     ExpectFailure(2, log + " -o out.csv --from 2026-02-01 --to 2026-01-01", "lies after");
@@ -54,6 +56,7 @@ TEST_F(ExportFailure, WrongUsageIsTwo) {
 
     fs::copy_file(LOG, m_folder.Path("page_log"));
     ExpectFailure(2, "page_log -o page_log --force", "is one of the inputs");
+    ExpectFailure(2, "-o page_log --force <page_log", "is one of the inputs");
     EXPECT_EQ(ReadFile(LOG), ReadFile(m_folder.Path("page_log")));
 }
 
@@ -75,9 +78,18 @@ TEST_F(ExportFailure, TargetsThatCannotBeWritten) {
                   "cannot write none/out.csv: No such file or directory");
     ExpectFailure(1, log + " -o . --force", "cannot write .: Is a directory");
     ExpectFailure(1, log + " -o /dev/full --force", "/dev/full: it is not a regular file");
-    ExpectFailure(1, log + " -o '' ", "cannot write");
     EXPECT_TRUE(fs::is_character_file("/dev/full"));
     EXPECT_EQ(Names{}, NamesIn(m_folder.Path()));
+    fs::create_symlink("loop", m_folder.Path("loop"));
+    ExpectFailure(1, log + " -o loop", "cannot write loop: Too many levels of symbolic links");
+    const ProgramRun run = RunTallyquist(
+        "--version; TMPDIR=/nonexistent " TALLYQUIST " export " + log + " -o -", m_folder.Path());
+    EXPECT_EQ(1, run.exitCode);
+    EXPECT_NE(std::string::npos, run.err.find("cannot write a file in /nonexistent: No such file"));
+}
+
+TEST_F(ExportFailure, StandardOutputThatIsFull) {
+    const std::string log = LOG;
     ExpectFailure(1, log + " -q -o - >/dev/full",
                   "cannot write standard output: No space left on device");
 }

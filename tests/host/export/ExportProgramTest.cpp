@@ -115,6 +115,19 @@ TEST_F(ExportProgram, ReplacesAFileOnlyByForceAndKeepsItsMode) {
     EXPECT_EQ(fs::perms(0640), fs::status(path).permissions());
 }
 
+TEST_F(ExportProgram, FollowsALinkToAFileThatDoesNotExistYet) {
+    fs::create_symlink("new.csv", m_folder.Path("link.csv"));
+    EXPECT_EQ(0, Export(EXAMPLES "/page_log -q --columns job --user erin -o link.csv").exitCode);
+    EXPECT_TRUE(fs::is_symlink(m_folder.Path("link.csv")));
+    EXPECT_EQ("\"job\"\n\"26\"", ReadFile(m_folder.Path("new.csv")));
+}
+
+// The output file must not take the place of a closed standard error and get its messages.
+TEST_F(ExportProgram, StandardErrorMayBeClosed) {
+    EXPECT_EQ(0, Export(EXAMPLES "/page_log --columns job -o out.csv 2>&-").exitCode);
+    EXPECT_EQ(0U, ReadFile(m_folder.Path("out.csv")).find("\"job\"\n\"23\""));
+}
+
 TEST_F(ExportProgram, ExplainsItself) {
     EXPECT_EQ(0, RunTallyquist("--help", m_folder.Path()).exitCode);
     EXPECT_EQ("tallyquist " PRODUCT_VERSION "\n", RunTallyquist("--version", m_folder.Path()).out);
