@@ -12,6 +12,7 @@
 #include "host/ExportArguments.h"
 #include "host/Version.h"
 #include "host/export/Errors.h"
+#include "host/input/RowSource.h"
 
 namespace {
 
@@ -61,6 +62,8 @@ int main(int argc, char** argv) {
     try {
         return Run(argc, argv);
     } catch (const tallyquist::UsageError& error) {
+        return Complain(WRONG_USAGE, error.what());
+    } catch (const tallyquist::OptionError& error) {
         return Complain(WRONG_USAGE, error.what());
     } catch (const std::bad_alloc&) {
         return Complain(FAILED, "not enough memory");

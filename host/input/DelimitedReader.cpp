@@ -162,6 +162,10 @@ void DelimitedReader::CheckTyped(size_t column, std::string& value) const {
                               Printable(value) + ", which is no whole number" +
                               (error == std::errc::result_out_of_range ? " of 64 bits" : ""));
     }
+    if (m_columns[column].type == ColumnType::DATE_TIME && !IsShowableTime(number)) {
+        Fail(m_readyLine, "column " + Printable(m_columns[column].name) + " holds " +
+                              Printable(value) + ", which is no time between the years 1 and 9999");
+    }
     value = std::to_string(number);
 }
 

@@ -46,12 +46,71 @@ char SeparatorOfName(const std::string& name) {
 bool IsEvidence(const PageLogMatcher& matcher, const Reading& reading) {
     const std::optional<size_t> billing = matcher.Format().FieldOf(FieldKind::BILLING);
     return reading.certain || !billing ||
-           reading.fields[*billing].find(' ') == std::string_view::npos;
+           reading.fields[*billing].find_first_of(" \n") == std::string_view::npos;
 }
 
 std::optional<int64_t> TimeOf(const PageLogMatcher& matcher, const Reading& reading) {
     const std::optional<size_t> time = matcher.Format().FieldOf(FieldKind::TIME);
     return time ? ParseLogTime(reading.fields[*time]) : std::nullopt;
+}
+
+// What the lines of an input say for or against a format.
+struct Evidence {
+    bool any = false;
+    bool certain = false;
+    bool contrary = false;
+    std::optional<int64_t> firstTime;
+};
+
+// Reads on until the format and the first time are certain. Whatever fits a format that was given
+// is evidence for it.
+Evidence Weigh(const MatcherPair& candidate, const std::vector<std::string_view>& lines,
+               bool given) {
+    Evidence evidence;
+    Reading reading;
+    for (const std::string_view line : lines) {
+        const PageLogMatcher& matcher = candidate.For(line);
+        if (line.size() >= PageLogReader::MAX_RECORD || !matcher.Match(line, reading)) {
+            continue;
+        }
+        if (!given && !IsEvidence(matcher, reading)) {
+            evidence.contrary = true;
+            continue;
+        }
+        evidence.any = true;
+        evidence.certain = evidence.certain || given || reading.certain;
+        evidence.firstTime = evidence.firstTime ? evidence.firstTime : TimeOf(matcher, reading);
+        if (evidence.certain && evidence.firstTime) {
+            break;
+        }
+    }
+    return evidence;
+}
+
+// Reads the line at `at` together with those behind it that begin no record. The reading points
+// into `text`.
+bool MatchBroken(const PageLogMatcher& matcher, const std::vector<std::string_view>& lines,
+                 size_t at, std::string& text, Reading& reading) {
+    text = lines[at];
+    while (++at < lines.size() && !matcher.StartsRecord(lines[at]) &&
+           text.size() + 1 + lines[at].size() <= PageLogReader::MAX_RECORD) {
+        text += '\n';
+        text += lines[at];
+        if (matcher.Match(text, reading)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// The names of columns, unlike the parts of a sentence, have no blanks around them.
+bool LooksLikeHeader(const std::vector<Column>& columns) {
+    constexpr std::string_view BLANKS = " \t";
+    return columns.size() > 1 && std::ranges::none_of(columns, [&](const Column& column) {
+               return column.name.empty() ||
+                      BLANKS.find(column.name.front()) != std::string_view::npos ||
+                      BLANKS.find(column.name.back()) != std::string_view::npos;
+           });
 }
 
 std::vector<std::string_view> LinesOf(std::string_view text) {
@@ -103,28 +162,34 @@ InputRecognizer::InputRecognizer(const InputOptions& options)
 
 bool InputRecognizer::FindPageLog(const Beginning& beginning, Recognized& result) const {
     result.kind = Recognized::Kind::PAGE_LOG;
-    Reading reading;
     for (const MatcherPair& candidate : m_candidates) {
-        for (const std::string_view line : beginning.lines) {
-            const PageLogMatcher& matcher = candidate.For(line);
-            if (line.size() < PageLogReader::MAX_RECORD && matcher.Match(line, reading) &&
-                IsEvidence(matcher, reading)) {
-                result.formats = {candidate};
-                result.firstTime = TimeOf(matcher, reading);
-                if (result.firstTime) {
-                    return true;
-                }
-            }
-        }
-        if (!result.formats.empty()) {
+        const Evidence evidence = Weigh(candidate, beginning.lines, m_formatGiven);
+        if (evidence.certain || (evidence.any && !evidence.contrary)) {
+            result.formats = {candidate};
+            result.firstTime = evidence.firstTime;
             return true;
         }
     }
-    // Perhaps all there is are records with a line break in the name, or cut ones.
+    return FindBrokenRecord(beginning, result);
+}
+
+// Perhaps all there is are records with a line break in the name, or cut ones. A short line that
+// nothing completes is more likely one of a format that is not known.
+bool InputRecognizer::FindBrokenRecord(const Beginning& beginning, Recognized& result) const {
+    Reading reading;
+    std::string text;
     for (const MatcherPair& candidate : m_candidates) {
-        for (const std::string_view line : beginning.lines) {
+        for (size_t i = 0; i < beginning.lines.size(); ++i) {
+            const std::string_view line = beginning.lines[i];
             const PageLogMatcher& matcher = candidate.For(line);
-            if (matcher.StartsRecord(line) && matcher.MatchCut(line, reading)) {
+            if (!matcher.StartsRecord(line)) {
+                continue;
+            }
+            const bool found = line.size() >= PageLogReader::MAX_RECORD
+                                   ? matcher.MatchCut(line, reading)
+                                   : MatchBroken(matcher, beginning.lines, i, text, reading) &&
+                                         (m_formatGiven || IsEvidence(matcher, reading));
+            if (found) {
                 result.formats = {candidate};
                 result.firstTime = TimeOf(matcher, reading);
                 return true;
@@ -155,7 +220,8 @@ void InputRecognizer::AddLaterFormats(const std::vector<std::string_view>& lines
     }
 }
 
-bool InputRecognizer::FindTable(const Beginning& beginning, Recognized& result) const {
+bool InputRecognizer::FindTable(const Beginning& beginning, Recognized& result,
+                                std::string& reason) const {
     const char byName = SeparatorOfName(beginning.name);
     const std::string_view header = beginning.lines.empty() ? "" : beginning.lines.front();
     result.kind = Recognized::Kind::TABLE;
@@ -170,25 +236,36 @@ bool InputRecognizer::FindTable(const Beginning& beginning, Recognized& result) 
     if (m_kind == InputKind::CSV || m_kind == InputKind::TSV || byName != '\0' || m_typesGiven) {
         return true;
     }
+    return GuessTable(beginning, result.separator, reason);
+}
+
+// Sets the reason when only the rows below what looks like a header make it no table.
+bool InputRecognizer::GuessTable(const Beginning& beginning, char separator,
+                                 std::string& reason) const {
+    bool header = false;
     try {
         DelimitedReader table(
-            std::make_unique<LineReader>(beginning.name, std::string(beginning.text)),
-            result.separator, {});
+            std::make_unique<LineReader>(beginning.name, std::string(beginning.text)), separator,
+            {});
+        header = LooksLikeHeader(table.Columns());
         if (!beginning.whole) {
             table.AllowOpenEnd();
         }
         Record record;
         size_t rows = 0;
-        while (table.Next(record)) {
+        while (header && table.Next(record)) {
             ++rows;
         }
-        return rows > 0 && table.Columns().size() > 1;
-    } catch (const InputError&) {
+        return rows > 0;
+    } catch (const InputError& error) {
+        // The name of the input begins the message already.
+        reason = header ? "line " + std::string(error.what()).substr(beginning.name.size() + 1)
+                        : std::string();
         return false;
     }
 }
 
-void InputRecognizer::Refuse(const Beginning& beginning) const {
+void InputRecognizer::Refuse(const Beginning& beginning, const std::string& tableReason) const {
     std::string reason = "not a job log: ";
     const auto* signature = std::ranges::find_if(SIGNATURES, [&](const Signature& known) {
         return beginning.text.starts_with(known.bytes);
@@ -204,8 +281,13 @@ void InputRecognizer::Refuse(const Beginning& beginning) const {
                                 : "no line reads as a record of a page log";
         if (m_kind == InputKind::AUTOMATIC && !m_formatGiven) {
             reason += ", and the lines are no table with a header";
+            reason += tableReason.empty() ? "" : " (" + tableReason + ")";
         }
         reason += "; the first line is " + Printable(beginning.lines.front());
+        const auto hasTime = [](std::string_view line) { return FindLogTime(line).has_value(); };
+        if (!m_formatGiven && std::ranges::any_of(beginning.lines, hasTime)) {
+            reason += "; --log-format takes the format of another log";
+        }
     }
     throw InputError(beginning.name + ": " + reason);
 }
@@ -230,10 +312,11 @@ Recognized InputRecognizer::Recognize(LineReader& lines,
         }
     }
     if (pageLogOnly && m_kind != InputKind::CSV && m_kind != InputKind::TSV) {
-        Refuse(beginning);
+        Refuse(beginning, "");
     }
-    if (!FindTable(beginning, result)) {
-        Refuse(beginning);
+    std::string reason;
+    if (!FindTable(beginning, result, reason)) {
+        Refuse(beginning, reason);
     }
     return result;
 }

@@ -25,7 +25,7 @@ struct Recognized {
 
 class InputRecognizer {
 public:
-    // Throws InputError when the log format is not usable.
+    // Throws OptionError when the log format is not usable.
     explicit InputRecognizer(const InputOptions& options);
 
     // Peeks at an input that nothing was read from yet. Throws InputError when it is no input for
@@ -39,8 +39,10 @@ private:
 
     bool FindPageLog(const Beginning& beginning, Recognized& result) const;
     void AddLaterFormats(const std::vector<std::string_view>& lines, Recognized& result) const;
-    bool FindTable(const Beginning& beginning, Recognized& result) const;
-    [[noreturn]] void Refuse(const Beginning& beginning) const;
+    bool FindBrokenRecord(const Beginning& beginning, Recognized& result) const;
+    bool FindTable(const Beginning& beginning, Recognized& result, std::string& reason) const;
+    bool GuessTable(const Beginning& beginning, char separator, std::string& reason) const;
+    [[noreturn]] void Refuse(const Beginning& beginning, const std::string& tableReason) const;
 
     InputKind m_kind;
     bool m_formatGiven;

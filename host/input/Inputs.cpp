@@ -183,7 +183,8 @@ void AllInputs::MakeReader(Input& input, std::unique_ptr<LineReader> lines) {
     input.columns = reader->Columns();
     input.pagesColumn = reader->PagesColumn();
     input.jobColumns.clear();
-    for (const std::string_view name : {"printer", "user", "job"}) {
+    // The name too, for job numbers may begin again.
+    for (const std::string_view name : {"printer", "user", "job", "name"}) {
         if (const std::optional<size_t> column = FindColumn(input.columns, name)) {
             input.jobColumns.push_back(*column);
         }
@@ -232,9 +233,9 @@ void AllInputs::CheckTypedColumns() const {
             }
         }
         if (!found) {
-            throw InputError("no table has a column " + Printable(name) +
-                             (known.empty() ? "; the inputs are page logs, whose types are known"
-                                            : "; there are " + known));
+            throw OptionError("no table has a column " + Printable(name) +
+                              (known.empty() ? "; the inputs are page logs, whose types are known"
+                                             : "; there are " + known));
         }
     }
 }

@@ -1,9 +1,11 @@
-// The time stamps of page logs. External interface: ParseLogTime.
+// The time stamps of page logs. External interface: ParseLogTime, FindLogTime.
 // The zone is part of the stamp, so nothing here depends on the zone or language of this machine.
 #include "host/input/LogTime.h"
 
 #include <array>
 #include <chrono>
+
+#include "host/input/RowSource.h"
 
 namespace tallyquist {
 namespace {
@@ -74,7 +76,16 @@ std::optional<int64_t> ParseLogTime(std::string_view text) {
     const int64_t days = std::chrono::sys_days(date).time_since_epoch().count();
     const int zone = (zoneHour * 60 + zoneMinute) * 60;
     const int ofDay = (hour * 60 + minute) * 60 + second;
-    return days * 86400 + ofDay + (text[22] == '-' ? zone : -zone);
+    const int64_t seconds = days * 86400 + ofDay + (text[22] == '-' ? zone : -zone);
+    return IsShowableTime(seconds) ? std::optional(seconds) : std::nullopt;
+}
+
+std::optional<int64_t> FindLogTime(std::string_view text) {
+    size_t at = text.find('[');
+    while (at != std::string_view::npos && !HasForm(text.substr(at, FORM.size()))) {
+        at = text.find('[', at + 1);
+    }
+    return at == std::string_view::npos ? std::nullopt : ParseLogTime(text.substr(at, FORM.size()));
 }
 
 }  // namespace tallyquist

@@ -9,6 +9,8 @@
 namespace tallyquist {
 namespace {
 
+constexpr std::string_view KEYWORD = "PageLogFormat";
+
 struct NamedField {
     std::string_view name;
     FieldKind kind;
@@ -78,7 +80,7 @@ public:
 
 private:
     [[noreturn]] void Fail(const std::string& reason) const {
-        throw InputError("the log format '" + std::string(m_text) + "' " + reason);
+        throw OptionError("the log format '" + std::string(m_text) + "' " + reason);
     }
 
     void AddLiteral(char c) {
@@ -202,6 +204,13 @@ size_t PageLogFormat::FieldCount() const {
 }
 
 PageLogFormat ParsePageLogFormat(std::string_view text) {
+    constexpr std::string_view BLANKS = " \t";
+    std::string_view rest = text.substr(std::min(text.find_first_not_of(BLANKS), text.size()));
+    if (rest.starts_with(KEYWORD)) {
+        rest.remove_prefix(KEYWORD.size());
+        const size_t blanks = std::min(rest.find_first_not_of(BLANKS), rest.size());
+        text = blanks > 0 ? rest.substr(blanks) : text;
+    }
     return FormatParser(text).Parse();
 }
 

@@ -57,7 +57,8 @@ extern const std::string_view USUAL_LOG_FORMAT;
 extern const std::string_view SEPARATED_LOG_FORMAT;
 extern const std::string_view OLDEST_LOG_FORMAT;
 
-// Throws InputError with the reason when the text is not a usable format.
+// The keyword that the format stands behind in the configuration of a print server may be there
+// too. Throws OptionError with the reason when the text is not a usable format.
 PageLogFormat ParsePageLogFormat(std::string_view text);
 
 // The same format with a double quote before and after each line.

@@ -118,7 +118,7 @@ public:
             options.set_log_errors(false);
             m_compiled = std::make_unique<RE2>(m_source, options);
             if (!m_compiled->ok()) {
-                throw InputError("the log format cannot be used: " + m_compiled->error());
+                throw OptionError("the log format cannot be used: " + m_compiled->error());
             }
         }
         return *m_compiled;
@@ -148,6 +148,49 @@ private:
     std::string m_source;
     mutable std::unique_ptr<RE2> m_compiled;
 };
+
+bool IsLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+// Names with a dot only; other words look like a host name too often.
+bool LooksLikeHostName(std::string_view word) {
+    bool letter = false;  // in the last label
+    bool dot = false;
+    for (size_t begin = 0; begin <= word.size();) {
+        const size_t end = std::min(word.find('.', begin), word.size());
+        const std::string_view label = word.substr(begin, end - begin);
+        if (label.empty() || !std::ranges::all_of(label, [](char c) {
+                return IsLetter(c) || (c >= '0' && c <= '9') || c == '-';
+            })) {
+            return false;
+        }
+        letter = std::ranges::any_of(label, IsLetter);
+        dot = dot || end < word.size();
+        begin = end + 1;
+    }
+    return dot && letter;
+}
+
+bool HasHostNameBehindFirstWord(std::string_view text) {
+    size_t blank = text.find(' ');
+    while (blank != std::string_view::npos) {
+        const size_t next = text.find(' ', blank + 1);
+        if (LooksLikeHostName(text.substr(blank + 1, next - blank - 1))) {
+            return true;
+        }
+        blank = next;
+    }
+    return false;
+}
+
+// Whether both readings take the same text apart at the same places.
+bool SameFields(const std::vector<std::string_view>& fields,
+                const std::vector<std::string_view>& others) {
+    return std::ranges::equal(fields, others, [](std::string_view a, std::string_view b) {
+        return a.data() == b.data() && a.size() == b.size();
+    });
+}
 
 bool HasBillingAndHost(Parts parts) {
     const auto has = [&](FieldKind kind) {
@@ -261,12 +304,16 @@ public:
         reading.ambiguous = false;
         if (MayDiffer(text, reading.fields)) {
             m_longest.Capture(text, RE2::ANCHOR_BOTH, reading.otherFields, m_fieldCount);
-            reading.ambiguous = !std::ranges::equal(
-                reading.fields, reading.otherFields, [](std::string_view a, std::string_view b) {
-                    return a.data() == b.data() && a.size() == b.size();
-                });
+            reading.ambiguous = !SameFields(reading.fields, reading.otherFields);
         }
         return true;
+    }
+
+    // Makes the shortest reading the other one.
+    void MatchOther(std::string_view text, Reading& reading) const {
+        reading.ambiguous =
+            m_shortest.Capture(text, RE2::ANCHOR_BOTH, reading.otherFields, m_fieldCount) &&
+            !SameFields(reading.fields, reading.otherFields);
     }
 
 private:
@@ -359,7 +406,17 @@ bool PageLogMatcher::Match(std::string_view text, Reading& reading) const {
         // To find that there is no match takes a fraction of the time that taking apart takes.
         if (m_patterns[i]->Completes(text)) {
             reading.certain = last == 0 || i < last;
-            return m_patterns[i]->Match(text, reading);
+            if (!m_patterns[i]->Match(text, reading)) {
+                return false;
+            }
+            // Several words in front of an address may be a code, a host name and the beginning of
+            // a name that holds the address.
+            if (i > 0 && i < last && !reading.ambiguous &&
+                HasHostNameBehindFirstWord(
+                    reading.fields[m_format.FieldOf(FieldKind::BILLING).value()])) {
+                m_patterns[last]->MatchOther(text, reading);
+            }
+            return true;
         }
     }
     return false;

@@ -21,7 +21,8 @@ struct Reading {
 
 // Nothing in a page log is quoted, so a line may fit its format in several ways. Two readings bound
 // all others: the one where the free texts are as short as possible from left to right, and the one
-// where they are as long as possible. The line is ambiguous when these two differ.
+// where they are as long as possible. The line is ambiguous when these two differ, and also when an
+// address was taken for the host although a host name stands in front of it.
 class PageLogMatcher {
 public:
     explicit PageLogMatcher(PageLogFormat format);

@@ -62,6 +62,7 @@ void PageLogReader::AddFormat(const MatcherPair& matchers, bool perPage) {
                   .columnOf = {},
                   .kinds = {},
                   .fieldNames = {},
+                  .jobField = text.FieldOf(FieldKind::JOB).value(),
                   .pageField = text.FieldOf(FieldKind::PAGE),
                   .countField = text.FieldOf(FieldKind::COUNT)};
     for (const size_t column : layout.columnOf) {
@@ -148,6 +149,7 @@ bool PageLogReader::ReadEntry(Line& line) {
     m_entry.firstLine = line.number;
     m_entry.lineCount = 1;
     m_entry.cut = false;
+    m_entry.doubtful = line.number <= m_doubtfulUntil;
     // Somebody may have put quotes around the format, or taken them away, while the log was
     // growing.
     m_matcher = &m_format->matchers.For(m_entry.text);
@@ -203,6 +205,17 @@ bool PageLogReader::StartsRecord(const std::string& text) const {
     });
 }
 
+// Whether the line, below an incomplete record that ended at the time `above`, looks like a record
+// that was written behind it. A server that writes one later writes no earlier time.
+bool PageLogReader::MayBeGenuine(const std::string& text, std::optional<int64_t> above) const {
+    const bool begins = std::ranges::any_of(m_formats, [&](const Format& format) {
+        const PageLogMatcher& matcher = format.matchers.For(text);
+        return matcher.Format().PartOf(FieldKind::TIME) && matcher.StartsRecord(text);
+    });
+    const std::optional<int64_t> time = begins ? FindLogTime(text) : std::nullopt;
+    return time && (!above || *time >= *above);
+}
+
 bool PageLogReader::ConfirmsFormat(const Format& format) {
     const Line* next = LookAhead(0);
     return next == nullptr ||
@@ -210,11 +223,17 @@ bool PageLogReader::ConfirmsFormat(const Format& format) {
 }
 
 // True when the lines behind complete the entry. Lines that add up to exactly the length at which
-// records are cut belong to it too, but leave it incomplete.
+// records are cut belong to it too, but leave it incomplete. A line that may be the next record is
+// not joined, for then its pages would be lost.
 bool PageLogReader::JoinFollowingLines() {
+    const std::optional<int64_t> time = FindLogTime(m_entry.text);
     std::string joined = m_entry.text;
     for (size_t count = 0; const Line* next = LookAhead(count); ++count) {
         if (!Usable(*next) || joined.size() + 1 + next->text.size() > MAX_RECORD) {
+            return false;
+        }
+        if (MayBeGenuine(next->text, time)) {
+            m_doubtfulUntil = next->number;
             return false;
         }
         joined += '\n';
@@ -288,35 +307,43 @@ bool PageLogReader::FillValues(Record& record, std::optional<int64_t>& time) {
         std::ranges::for_each(record.values, [](std::string& value) { value.clear(); });
     }
     for (size_t i = 0; i < fields.size(); ++i) {
-        const std::string_view field = fields[i];
         std::string& value = record.values[m_format->columnOf[i]];
-        value.assign(field);
-        if (m_format->kinds[i] == FieldKind::TIME) {
-            const std::optional<int64_t> seconds = ParseLogTime(field);
-            if (!seconds && !field.empty()) {
-                Report(Finding::Kind::UNREADABLE, m_entry.firstLine,
-                       "has the impossible time " + Printable(field) + "; left out");
-                return false;
-            }
-            value = seconds ? std::to_string(*seconds) : "";
-            time = time ? time : seconds;
-            continue;
-        }
-        const bool number = m_format->kinds[i] == FieldKind::JOB ||
-                            m_format->kinds[i] == FieldKind::COUNT ||
-                            (m_format->kinds[i] == FieldKind::PAGE && field != "total") ||
-                            m_format->kinds[i] == FieldKind::EPOCH;
-        if (number && !ParseNumber(field)) {
-            if (m_format->kinds[i] != FieldKind::EPOCH || field.size() > sizeof("no-value")) {
-                Report(Finding::Kind::UNREADABLE, m_entry.firstLine,
-                       "has a number too large to count with in " + m_format->fieldNames[i] + ", " +
-                           Printable(field) + "; left out");
-                return false;
-            }
-            value.clear();  // the time of something that did not happen
+        value.assign(fields[i]);
+        if (!FillValue(i, value, time)) {
+            return false;
         }
     }
     return CountPages(record, fields);
+}
+
+// Turns the text of a field into the value of its column.
+bool PageLogReader::FillValue(size_t i, std::string& value, std::optional<int64_t>& time) const {
+    const std::string_view field = m_entry.reading.fields[i];
+    const FieldKind kind = m_format->kinds[i];
+    if (kind == FieldKind::TIME) {
+        const std::optional<int64_t> seconds = ParseLogTime(field);
+        if (!seconds && !field.empty()) {
+            Report(Finding::Kind::UNREADABLE, m_entry.firstLine,
+                   "has the impossible time " + Printable(field) + "; left out");
+            return false;
+        }
+        value = seconds ? std::to_string(*seconds) : "";
+        time = time ? time : seconds;
+    } else if (kind == FieldKind::EPOCH) {
+        // It may also be the time of something that did not happen.
+        const std::optional<int64_t> seconds = ParseNumber(field);
+        if (!seconds || !IsShowableTime(*seconds)) {
+            value.clear();
+        }
+    } else if ((kind == FieldKind::JOB || kind == FieldKind::COUNT ||
+                (kind == FieldKind::PAGE && field != "total")) &&
+               !ParseNumber(field)) {
+        Report(Finding::Kind::UNREADABLE, m_entry.firstLine,
+               "has a number too large to count with in " + m_format->fieldNames[i] + ", " +
+                   Printable(field) + "; left out");
+        return false;
+    }
+    return true;
 }
 
 bool PageLogReader::CountPages(Record& record, const std::vector<std::string_view>& fields) {
@@ -338,12 +365,15 @@ void PageLogReader::CheckEntry(const std::optional<int64_t>& time) {
         Report(Finding::Kind::CUT, m_entry.firstLine,
                "ends too early, " + m_entry.cutReason + "; what is there was taken");
     }
-    bool forged = ReportForgery();
-    if (time && m_lastTime && *time < *m_lastTime - OUT_OF_ORDER_SECONDS && !forged) {
-        forged = true;
+    if (m_entry.doubtful) {
         Report(Finding::Kind::FORGED, m_entry.firstLine,
-               "ended " + std::to_string(*m_lastTime - *time) +
-                   " seconds before the record above it, so it may be made up; kept");
+               "stands below a record that ends too early, so it may be a part of its text; kept");
+    }
+    const bool forged = ReportForgery() || ReportEarlyTime(time);
+    if (RepeatsJob()) {
+        Report(Finding::Kind::FORGED, m_entry.firstLine,
+               "has the number of a job that was logged before, so one of the two may be made up; "
+               "kept");
     }
     if (m_entry.reading.ambiguous && !forged && !m_entry.cut) {
         ReportAmbiguity();
@@ -379,6 +409,26 @@ bool PageLogReader::ReportForgery() {
         }
     }
     return found;
+}
+
+bool PageLogReader::ReportEarlyTime(const std::optional<int64_t>& time) const {
+    if (!time || !m_lastTime || *time >= *m_lastTime - OUT_OF_ORDER_SECONDS) {
+        return false;
+    }
+    Report(Finding::Kind::FORGED, m_entry.firstLine,
+           "ended " + std::to_string(*m_lastTime - *time) +
+               " seconds before the record above it, so it may be made up; kept");
+    return true;
+}
+
+// A server logs a whole job once. Pages have one line each, with the number of their job.
+bool PageLogReader::RepeatsJob() {
+    const std::vector<std::string_view>& fields = m_entry.reading.fields;
+    if (!m_format->pageField || fields[*m_format->pageField] != "total") {
+        return false;
+    }
+    const std::optional<int64_t> job = ParseNumber(fields[m_format->jobField]);
+    return job && !m_format->jobs.Add(static_cast<uint64_t>(*job));
 }
 
 void PageLogReader::ReportAmbiguity() {

@@ -9,6 +9,7 @@
 
 #include "host/input/LineReader.h"
 #include "host/input/PageLogMatcher.h"
+#include "host/input/RecentNumbers.h"
 #include "host/input/Record.h"
 
 namespace tallyquist {
@@ -16,7 +17,8 @@ namespace tallyquist {
 // The print server writes one record per line, but a line break in a job's name breaks the line
 // too, and it cuts every record at MAX_RECORD bytes. So a line that is no complete record is joined
 // with those behind it when that completes it, and a line inside such a record that looks like one
-// is taken for what it is: a part of the name.
+// and is older than the record is taken for what it is: a part of the name. One that is not older
+// may as well be the next record below one that was cut, so it is kept.
 class PageLogReader : public RecordReader {
 public:
     static constexpr size_t MAX_RECORD = 2047;
@@ -41,6 +43,7 @@ private:
         size_t lineCount = 1;
         bool cut = false;
         std::string cutReason;
+        bool doubtful = false;  // may be a part of the cut record above it
         Reading reading;
     };
 
@@ -49,15 +52,18 @@ private:
         std::vector<size_t> columnOf;         // by field
         std::vector<FieldKind> kinds;         // by field
         std::vector<std::string> fieldNames;  // by field
+        size_t jobField = 0;
         std::optional<size_t> pageField;
         std::optional<size_t> countField;
         bool used = false;
+        RecentNumbers jobs{};  // that were logged as a whole
     };
 
     void AddFormat(const MatcherPair& matchers, bool perPage);
     size_t AddColumn(const Column& column);
     bool ChangeFormat();
     bool StartsRecord(const std::string& text) const;
+    bool MayBeGenuine(const std::string& text, std::optional<int64_t> above) const;
     bool ConfirmsFormat(const Format& format);
     bool TakeLine(Line& line);
     Line* LookAhead(size_t index);
@@ -68,9 +74,12 @@ private:
     void ReadCutEntry(const Line& line);
     bool Accept(Record& record);
     bool FillValues(Record& record, std::optional<int64_t>& time);
+    bool FillValue(size_t i, std::string& value, std::optional<int64_t>& time) const;
     bool CountPages(Record& record, const std::vector<std::string_view>& fields);
     void CheckEntry(const std::optional<int64_t>& time);
     bool ReportForgery();
+    bool ReportEarlyTime(const std::optional<int64_t>& time) const;
+    bool RepeatsJob();
     void ReportAmbiguity();
     void Report(Finding::Kind kind, uint64_t line, std::string text) const;
     static bool Usable(const Line& line);
@@ -86,6 +95,7 @@ private:
     Line m_line;
     Entry m_entry;
     std::optional<int64_t> m_lastTime;
+    uint64_t m_doubtfulUntil = 0;  // the last line that may belong to a record given up as cut
 };
 
 }  // namespace tallyquist

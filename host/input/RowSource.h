@@ -20,6 +20,11 @@ struct Column {
     ColumnType type = ColumnType::TEXT;
 };
 
+// The range of times that a calendar with four digits for the year shows: years 1 to 9999.
+constexpr bool IsShowableTime(int64_t seconds) {
+    return seconds >= -62135596800 && seconds <= 253402300799;
+}
+
 // One text per column. The text of a typed column is a whole number, or empty when there is no
 // value.
 using Row = std::vector<std::string>;
@@ -43,6 +48,12 @@ public:
 class InputError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
+};
+
+// The command line asks for something that cannot be, whatever the inputs hold.
+class OptionError : public InputError {
+public:
+    using InputError::InputError;
 };
 
 // A line that was read but deserves a look.

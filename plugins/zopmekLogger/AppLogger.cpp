@@ -8,6 +8,7 @@
 #include <cstring>
 #include <exception>
 #include <memory>
+#include <mutex>
 #include <new>
 #include <string>
 #include <string_view>
@@ -15,6 +16,7 @@
 #include <utility>
 
 #include "CostCountCommon/src/platform/Platform.h"
+#include "plugins/zopmekLogger/ForkLock.h"
 #include "plugins/zopmekLogger/LineFormatter.h"
 #include "plugins/zopmekLogger/LogFile.h"
 #include "plugins/zopmekLogger/LogFileSink.h"
@@ -24,7 +26,7 @@ namespace {
 constexpr char APPLICATION_GROUP[] = "K7Q3MZP2WD.RX.qvtrel";
 constexpr char LOG_FOLDER[] = "/Library/Application Support/Norvane/Tallyquist/";
 
-// Every file operation is a point where a cancelled thread would end, with half a line written or
+// Most file operations are points where a cancelled thread may end, with half a line written or
 // half a rotation done; so cancellation waits until the call is over. And logging a failure must
 // not change the errno that the caller may still want to look at.
 class CallGuard {
@@ -80,6 +82,7 @@ extern "C" int alWrite(const char* file, unsigned int line, LibLoggerSettings* s
     if (settings == nullptr) {
         return EINVAL;
     }
+    const std::lock_guard<std::mutex> lock(ForkLock());
     try {
         const LineFields fields{FieldText(settings->m_separator), Text(file), line, level, code};
         LogFileSink sink(NamedLogFile(*settings), std::make_unique<LineFormatter>(fields));

@@ -4,17 +4,16 @@
 #include <unistd.h>
 
 #include <climits>
-#include <mutex>
+#include <ctime>
 #include <string>
 #include <system_error>
-
-#include "plugins/zopmekLogger/ForkLock.h"
 
 namespace {
 
 constexpr char TIME_PATTERN[] = "%Y-%m-%d %H:%M:%S.%e%z";
 
 std::string TimeText(const spdlog::details::log_msg& message) {
+    tzset();  // localtime_r need not notice that the zone was changed since it was first used
     spdlog::memory_buf_t text;
     spdlog::pattern_formatter(TIME_PATTERN, spdlog::pattern_time_type::local, "")
         .format(message, text);
@@ -39,8 +38,8 @@ std::string LevelWord(int level) {
                      : "level " + std::to_string(level);
 }
 
-// The C library has a text for every number; for one that is no error it is the same text with
-// another number in it, in whatever language. Empty for such a number.
+// The C library has a text for every number; for one that is no error it is, as a rule, the same
+// text with another number in it, in whatever language. Empty for such a number.
 std::string ErrorText(int code) {
     const std::string number = std::to_string(INT_MAX);
     std::string unknown = std::generic_category().message(INT_MAX);
@@ -64,7 +63,7 @@ std::string CodeText(unsigned int code) {
 
 // Appends a field, in quotes when a reader could not tell its end otherwise. The text is looked at
 // together with the separator after it: "a;" before ";;" would be read as "a" and ";". A line break
-// becomes the two characters \n or \r even inside the quotes, because most programs that read logs
+// becomes the two characters \n or \r even inside the quotes, because many programs that read logs
 // take a line for a record and know nothing of quotes.
 void AppendField(const std::string& text, const std::string& separator,
                  spdlog::memory_buf_t& line) {
@@ -102,7 +101,6 @@ LineFormatter::LineFormatter(const LineFields& fields) : m_fields(fields) {
 }
 
 void LineFormatter::format(const spdlog::details::log_msg& message, spdlog::memory_buf_t& line) {
-    const std::lock_guard<std::mutex> lock(ForkLock());
     const std::string separator(m_fields.separator);
     const std::string fields[] = {
         TimeText(message),

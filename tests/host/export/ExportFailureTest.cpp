@@ -46,6 +46,8 @@ TEST_F(ExportFailure, WrongUsageIsTwo) {
                   "tallyquist: --values: 'other' is not one of exact, portable");
     ExpectFailure(2, log + " -o out.csv --from ''", "must not be empty");
     ExpectFailure(2, log + " -o out.csv --type a=date", "'date' is not one of");
+    ExpectFailure(2, log + " -o out.csv --log-format '%p|%u'", "the log format '%p|%u'");
+    ExpectFailure(2, log + " -o out.csv --type a=timespan", "no table has a column");
     ExpectFailure(2, log + " -o out.csv --timezone Mars/Olympus", "'Mars/Olympus'");
     ExpectFailure(2, log + " -o out.csv --from yesterday", "--from: 'yesterday'");
     ExpectFailure(2, log + " -o out.csv --from 2026-02-01 --to 2026-01-01", "lies after");

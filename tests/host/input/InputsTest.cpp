@@ -131,6 +131,17 @@ TEST(Inputs, SingleLineInAnotherFormatIsNoRecord) {
     EXPECT_EQ(back.findings, Texts{"FORGED 4"});
 }
 
+TEST(Inputs, NoRecordIsLostBelowAnIncompleteOne) {
+    const Folder folder;
+    const std::string odd = BarRecord("2").replace(BarRecord("2").find("A4|-"), 4, "A4|tumble");
+    for (const std::string& broken : {odd, odd.substr(0, 80) + "\n", odd.substr(0, 58) + "\n"}) {
+        const Outcome outcome = ReadFile(
+            folder.Write("log", Record("1", "21") + BarRecord("7") + broken + BarRecord("3")));
+        EXPECT_EQ(Jobs(outcome), "1 7 2 3 ") << broken;
+        EXPECT_EQ(outcome.findings, (Texts{"CUT 3", "FORGED 4"})) << broken;
+    }
+}
+
 TEST(Inputs, StandardInput) {
     const Folder folder;
     const std::string path = folder.WriteGzip("log", Record("1", "21") + "stray\n");
@@ -165,6 +176,7 @@ TEST(Inputs, WhatIsNoInput) {
     const Folder folder;
     std::filesystem::create_directory(folder.Path("folder"));
     std::filesystem::create_symlink(folder.Write("log", Record("1", "21")), folder.Path("link"));
+    const std::string head = Record("1", "21").substr(0, 45);
     const struct {
         std::string path;
         const char* reason;
@@ -178,7 +190,15 @@ TEST(Inputs, WhatIsNoInput) {
         {folder.Write("empty", " \n\n"), "is empty"},
         {folder.Write("prose", "Dear all,\nthis is no log\n"), "not a job log: no line reads as"},
         {folder.Write("oneline", "a,b\n"), "not a job log"},
-        {folder.Write("ragged", "a,b\n1,2\n1,2,3\n"), "not a job log"},
+        {folder.Write("ragged", "a,b\n1,2\n1,2,3\n"),
+         "no table with a header (line 3: the row has 3 cells, but the header has 2); the first"},
+        {folder.Write("commas", "Dear all, this\nis, no table\n"), "a header; the first"},
+        {folder.Write("cell", "a,\n1,2\n"), "a header; the first"},
+        {folder.Write("cut", Record("1", "21").substr(0, 60)), "not a job log"},
+        // A format with the name alone behind the pages.
+        {folder.Write("format", head + "report\n" + head + "a b\n" + head + "my own report\n"),
+         "; --log-format takes the format of another log"},
+        {folder.Write("breaks", head + "report\n" + head + "my\nown report\n"), "not a job log"},
         {folder.Write("binary", std::string("\x7F"
                                             "ELF\0\0\n\0",
                                             8)),

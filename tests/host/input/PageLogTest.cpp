@@ -3,6 +3,7 @@
 
 #include "host/input/JobSummer.h"
 #include "host/input/PageLogFormat.h"
+#include "host/input/RecentNumbers.h"
 #include "tests/host/input/InputTestSupport.h"
 
 namespace tallyquist {
@@ -10,7 +11,9 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
+const std::string EARLIER = "[21/Nov/2026:07:59:30 +0000]";
 const std::string TIME = "[21/Nov/2026:08:00:00 +0000]";
+const std::string NO_TIME = "[32/Nov/2026:08:00:00 +0000]";
 const std::string LATER = "[21/Nov/2026:08:02:00 +0000]";
 
 // A record of the usual format that nothing is wrong with, and its row.
@@ -72,10 +75,11 @@ TEST(PageLog, BillingAndHost) {
          {"Q|ann|1|1|Dept 4, Room 2|localhost|my doc|A4|-"},
          {}},
         {"addresses",
-         head + "a b 192.168.1.17 my doc A4 -\n" + head + "a b fe80::1%eth0 my doc A4 -\n" + head +
-             "a b [2001:db8::5] my doc A4 -\n",
-         {"Q|ann|1|1|a b|192.168.1.17|my doc|A4|-", "Q|ann|1|1|a b|fe80::1%eth0|my doc|A4|-",
-          "Q|ann|1|1|a b|[2001:db8::5]|my doc|A4|-"},
+         head + "a b 192.168.1.17 my doc A4 -\nQ ann 2 " + TIME +
+             " total 1 a b fe80::1%eth0 my doc A4 -\nQ ann 3 " + TIME +
+             " total 1 a b [2001:db8::5] my doc A4 -\n",
+         {"Q|ann|1|1|a b|192.168.1.17|my doc|A4|-", "Q|ann|2|1|a b|fe80::1%eth0|my doc|A4|-",
+          "Q|ann|3|1|a b|[2001:db8::5]|my doc|A4|-"},
          {}},
         {"no billing code and a named host",
          head + "- pc7.example.com my own doc A4 -\n",
@@ -89,6 +93,14 @@ TEST(PageLog, BillingAndHost) {
          head + "p-7 localhost my localhost doc A4 -\n",
          {"Q|ann|1|1|p-7|localhost|my localhost doc|A4|-"},
          {"AMBIGUOUS 1"}},
+        {"an address behind a host name",
+         head + "3 proj-77 pc1.lan print to localhost now A4 -\n",
+         {"Q|ann|1|1|3 proj-77 pc1.lan print to|localhost|now|A4|-"},
+         {"AMBIGUOUS 1"}},
+        {"an address behind words that are no host names, or come first",
+         head + "pc1.lan e.g. 1.2 .x y, a_b.c localhost doc A4 -\n",
+         {"Q|ann|1|1|pc1.lan e.g. 1.2 .x y, a_b.c|localhost|doc|A4|-"},
+         {}},
         {"one word each is not ambiguous",
          head + "p-7 pc7 doc A4 -\n",
          {"Q|ann|1|1|p-7|pc7|doc|A4|-"},
@@ -116,12 +128,16 @@ TEST(PageLog, LineBreaksAndForgeries) {
          {"Q|ann|1|1|x\ny|localhost|doc|A4|-", GoodRow("2")},
          {}},
         {"two forged lines in one name",
-         head + "a\nQ eve 7 " + TIME + " total 5 - localhost b\nQ eve 8 " + TIME +
+         head + "a\nQ eve 7 " + EARLIER + " total 5 - localhost b\nQ eve 8 " + NO_TIME +
              " total 6 - localhost c A4 - A4 -\n" + Good("2"),
-         {"Q|ann|1|1|-|localhost|a\nQ eve 7 " + TIME + " total 5 - localhost b\nQ eve 8 " + TIME +
-              " total 6 - localhost c A4 -|A4|-",
+         {"Q|ann|1|1|-|localhost|a\nQ eve 7 " + EARLIER + " total 5 - localhost b\nQ eve 8 " +
+              NO_TIME + " total 6 - localhost c A4 -|A4|-",
           GoodRow("2")},
          {"FORGED 2", "FORGED 3"}},
+        {"a job that is logged twice",
+         Good("1") + Good("2") + Good("1"),
+         {GoodRow("1"), GoodRow("2"), GoodRow("1")},
+         {"FORGED 3"}},
         {"a record inside a name",
          head + "x Q eve 7 " + TIME + " total 5 - localhost b A4 -\n",
          {"Q|ann|1|1|-|localhost|x Q eve 7 " + TIME + " total 5 - localhost b|A4|-"},
@@ -147,6 +163,31 @@ TEST(PageLog, LineBreaksAndForgeries) {
          Good("1") + "stray A4 -\n\n  \n" + Good("2"),
          {GoodRow("1"), GoodRow("2")},
          {"UNREADABLE 2"}},
+    });
+}
+
+TEST(PageLog, LinesThatMayBeGenuineAreKept) {
+    const std::string head = "Q ann 1 " + TIME + " total 1 - localhost ";
+    Check({
+        {"a line in a name that may be genuine, and the rest of the name",
+         head + "a\nQ eve 7 " + TIME + " total 5 - localhost b A4 -\nc A4 -\n" + Good("2"),
+         {"Q|ann|1|1|-|localhost|a||", "Q|eve|7|5|-|localhost|b|A4|-", GoodRow("2")},
+         {"CUT 1", "FORGED 2", "UNREADABLE 3"}},
+        {"an older line between two",
+         head + "a\nQ eve 7 " + EARLIER + " total 5 - localhost b\n" + Good("2") + Good("3"),
+         {"Q|ann|1|1|-|localhost|a||", "Q|eve|7|5|-|localhost|b||", GoodRow("2"), GoodRow("3")},
+         {"CUT 1", "CUT 2", "FORGED 2", "FORGED 3"}},
+        {"a genuine record below one with an impossible time",
+         "Q ann 1 " + NO_TIME + " total 1 - localhost a\n" + Good("2"),
+         {GoodRow("2")},
+         {"UNREADABLE 1", "FORGED 2"}},
+        {"every other record ends in an unknown word",
+         Good("1") + head.substr(0, 6) + "2 " + TIME + " total 4 - localhost b A4 tumble\n" +
+             Good("3", LATER) + "Q ann 4 " + LATER + " total 5 - localhost d A4 tumble\n" +
+             Good("5", LATER),
+         {GoodRow("1"), "Q|ann|2|4|-|localhost|b A4 tumble||", GoodRow("3"),
+          "Q|ann|4|5|-|localhost|d A4 tumble||", GoodRow("5")},
+         {"CUT 2", "FORGED 3", "CUT 4", "FORGED 5"}},
     });
 }
 
@@ -190,10 +231,15 @@ TEST(PageLog, CutAndUnreadableLines) {
          {"Q|ann|1|1|-|localhost|a||", GoodRow("2")},
          {"CUT 1", "UNREADABLE 2"}},
         {"impossible values",
-         Good("1", "[32/Nov/2026:08:00:00 +0000]") + Good("99999999999999999999") + "Q ann 1 " +
-             TIME + " total 99999999999999999999 - localhost doc A4 -\n" + Good("2"),
+         Good("1", NO_TIME) + Good("1", "[31/Dec/0000:23:59:59 +0000]") +
+             Good("99999999999999999999") + "Q ann 1 " + TIME +
+             " total 99999999999999999999 - localhost doc A4 -\n" + Good("2"),
          {GoodRow("2")},
-         {"UNREADABLE 1", "UNREADABLE 2", "UNREADABLE 3"}},
+         {"UNREADABLE 1", "UNREADABLE 2", "UNREADABLE 3", "UNREADABLE 4"}},
+        {"nothing but a cut record",
+         head + fill + "yyy\n",
+         {"Q|ann|1|1|-|localhost|" + fill + "yyy||"},
+         {"CUT 1"}},
         {"control characters and NUL",
          Good("1") + "\x1B[31m\x01 junk\xFF\n" + std::string("a\0b\n", 4) + Good("2"),
          {GoodRow("1"), GoodRow("2")},
@@ -208,7 +254,6 @@ TEST(PageLog, HostileLinesTakeLinearTime) {
         heads += "Q ann 1 " + TIME + " total 1 p\n";
         stamps += "1 " + TIME + " total 1 - localhost ";
     }
-    Texts headRows(20000, "Q|ann|1|1|p||||");
     const Folder folder;
     Check({
         {"a line of two megabytes, blanks, brackets",
@@ -220,7 +265,18 @@ TEST(PageLog, HostileLinesTakeLinearTime) {
     const Outcome many = ReadFile(folder.Write("page_log", Good("1") + heads));
     EXPECT_EQ(many.rows.size(), 20001U);
     const Outcome stamped = ReadFile(folder.Write("page_log", Good("1") + stamps + "\n"));
-    EXPECT_EQ(stamped.findings, (Texts{"CUT 2", "FORGED 2"}));
+    EXPECT_EQ(stamped.findings, (Texts{"CUT 2", "FORGED 2", "FORGED 2"}));
+}
+
+TEST(RecentNumbers, TheOldestIsForgotten) {
+    RecentNumbers numbers;
+    for (uint64_t i = 0; i < 2 * RecentNumbers::LIMIT; ++i) {
+        EXPECT_TRUE(numbers.Add(i));
+    }
+    EXPECT_FALSE(numbers.Add(RecentNumbers::LIMIT));
+    EXPECT_TRUE(numbers.Add(RecentNumbers::LIMIT - 1));
+    EXPECT_TRUE(numbers.Add(RecentNumbers::LIMIT));
+    EXPECT_FALSE(numbers.Add(RecentNumbers::LIMIT - 1));
 }
 
 TEST(PageLog, Formats) {
@@ -258,11 +314,12 @@ TEST(PageLog, Formats) {
          "job|pages|name",
          {"1|2|a\nb", "2|3|c"}},
         {"attributes, twice the same one",
-         "%j %T %{my-attr} %{my-attr} %{time-at-completed}",
+         " PageLogFormat \t%j %T %{my-attr} %{my-attr} %{time-at-completed}",
          false,
-         "1 " + TIME + " x y 17\n2 " + TIME + " x y -\n",
+         "1 " + TIME + " x y 17\n2 " + TIME + " x y -\n3 " + TIME + " x y 253402300800\n4 " + TIME +
+             " x y 99999999999999999999\n",
          "job|completed*|my-attr|my-attr2|time-at-completed*",
-         {"1|1795248000|x|y|17", "2|1795248000|x|y|"}},
+         {"1|1795248000|x|y|17", "2|1795248000|x|y|", "3|1795248000|x|y|", "4|1795248000|x|y|"}},
         {"pages without copies", "%j %P", false, "1 1\n1 2\n2 1\n", "job|pages", {"1|2", "2|1"}},
         {"one row per page",
          "%j %P %C %{copies}",
@@ -307,7 +364,7 @@ TEST(PageLog, FormatsThatCannotBeUsed) {
         try {
             ParsePageLogFormat(test.format);
             ADD_FAILURE() << test.format;
-        } catch (const InputError& error) {
+        } catch (const OptionError& error) {
             EXPECT_NE(std::string(error.what()).find(test.reason), std::string::npos)
                 << error.what();
         }
@@ -334,6 +391,10 @@ TEST(PageLog, PagesAreSummedPerJob) {
              PageLine("P", "1", "2", "1"),
          {"P|ann|1|1|-|localhost|doc|A4|-", "P|ann|2|9|-|localhost|doc|A4|-",
           "P|ann|1|1|-|localhost|doc|A4|-"},
+         {}},
+        {"a job number that began again",
+         PageLine("P", "1", "1", "2") + "P ann 1 " + TIME + " 1 3 - localhost new A4 -\n",
+         {"P|ann|1|2|-|localhost|doc|A4|-", "P|ann|1|3|-|localhost|new|A4|-"},
          {}},
         {"a sum beyond 64 bits",
          PageLine("P", "1", "1", "9223372036854775807") + PageLine("P", "1", "2", "1"),

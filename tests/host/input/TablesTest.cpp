@@ -43,11 +43,11 @@ TEST(Tables, AreReadExactly) {
         {{"t.csv", "a,b\tc\n1\t,2\n", InputKind::TSV}, "a,b|c", {"1|,2"}},
         {{"x", "only\n1\n", InputKind::CSV}, "only", {"1"}},
         {{"x",
-          "when,long\n+5,-7\n,9223372036854775807\n",
+          "when,long\n+5,-7\n,9223372036854775807\n-62135596800,\n253402300799,\n",
           InputKind::AUTOMATIC,
           {{"when", ColumnType::DATE_TIME}, {"long", ColumnType::TIME_SPAN}}},
          "when*|long~",
-         {"5|-7", "|9223372036854775807"}},
+         {"5|-7", "|9223372036854775807", "-62135596800|", "253402300799|"}},
         {{"t.csv", "media,n\nCustom.4x6in,1\n-,2\n"},
          "media|n|width_mm|height_mm",
          {"Custom.4x6in|1|101.6|152.4", "-|2||"}},
@@ -65,6 +65,7 @@ TEST(Tables, AreReadExactly) {
 
 TEST(Tables, WhatIsRefused) {
     const std::map<std::string, ColumnType> spanOfB = {{"b", ColumnType::TIME_SPAN}};
+    const std::map<std::string, ColumnType> dateOfB = {{"b", ColumnType::DATE_TIME}};
     const struct {
         Table table;
         const char* where;  // behind the path
@@ -84,6 +85,8 @@ TEST(Tables, WhatIsRefused) {
         {{"t.csv", "a,b\n1,+-2\n", InputKind::CSV, spanOfB}, ":2", "no whole number"},
         {{"t.csv", "a,b\n1, 2\n", InputKind::CSV, spanOfB}, ":2", "no whole number"},
         {{"t.csv", "a,b\n1,9223372036854775808\n", InputKind::CSV, spanOfB}, ":2", "64 bits"},
+        {{"t.csv", "a,b\n1,-62135596801\n", InputKind::CSV, dateOfB}, ":2", "years 1 and 9999"},
+        {{"t.csv", "a,b\n1,253402300800\n", InputKind::CSV, dateOfB}, ":2", "years 1 and 9999"},
     };
     const Folder folder;
     for (const auto& test : CASES) {
@@ -94,6 +97,10 @@ TEST(Tables, WhatIsRefused) {
     const Outcome unknown = ReadTable(
         folder, {"t.csv", "a,b\n1,2\n", InputKind::AUTOMATIC, {{"c", ColumnType::DATE_TIME}}});
     EXPECT_EQ(unknown.error, "no table has a column 'c'; there are 'a', 'b'");
+    InputOptions options;
+    options.paths = {folder.Path("t.csv")};
+    options.columnTypes = {{"c", ColumnType::DATE_TIME}};
+    EXPECT_THROW(OpenInputs(options, {}, nullptr), OptionError);
 }
 
 TEST(Tables, LongTablesAreRecognisedByTheirBeginning) {

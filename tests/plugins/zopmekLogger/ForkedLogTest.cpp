@@ -1,5 +1,7 @@
 // Forking while other threads log: what they hold at that moment must hold up neither side.
+#include <fcntl.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -17,10 +19,9 @@ protected:
     void ForkAmongThreads(int children, LibLoggerSettings& busy,
                           const std::function<void(int number)>& start) {
         std::atomic<bool> stop = false;
-        std::vector<std::thread> threads;
-        threads.reserve(THREADS);
-        for (int thread = 0; thread < THREADS; ++thread) {
-            threads.emplace_back([&] {
+        std::vector<std::thread> threads(THREADS);
+        for (std::thread& thread : threads) {
+            thread = std::thread([&] {
                 while (!stop) {
                     EXPECT_EQ(Log(busy, "busy"), 0);
                 }
@@ -49,21 +50,31 @@ TEST_F(ForkedLogTest, ChildrenLogAtOnce) {
     EXPECT_EQ(CountMessages(Path("log")), EachMessageOnce(1, CHILDREN));
 }
 
-TEST_F(ForkedLogTest, IdleChildrenHoldNoLock) {
-    constexpr int CHILDREN = 100;
-    LibLoggerSettings settings = Settings(Path("log"), 100000, 2);
-    std::vector<pid_t> children;
-    alarm(60);  // a lock that a child keeps would hold up the threads for ever
-    ForkAmongThreads(CHILDREN, settings, [&](int) {
-        children.push_back(StartChild([] {
-            pause();
+// A process that forked idle children is killed right after the last fork, with threads inside the
+// logger; the children must not keep the lock that it held.
+TEST_F(ForkedLogTest, IdleChildrenHoldNoLockOfAKilledParent) {
+    constexpr int ROUNDS = 30;
+    constexpr int CHILDREN = 3;
+    LibLoggerSettings settings = Settings(Path("log"));
+    for (int round = 0; round < ROUNDS; ++round) {
+        const pid_t parent = StartChild([&] {
+            setpgid(0, 0);
+            ForkAmongThreads(CHILDREN, settings, [&](int number) {
+                usleep(1000);  // the threads get going
+                StartChild(pause);
+                if (number == CHILDREN - 1) {
+                    kill(getpid(), SIGKILL);
+                }
+            });
             return 0;
-        }));
-    });
-    EXPECT_EQ(Log(settings, "x"), 0);
-    for (const pid_t child : children) {
-        kill(child, SIGKILL);
-        WaitForChild(child);
+        });
+        EXPECT_EQ(WaitForChild(parent), -SIGKILL);
+        const int file = open(Path("log").c_str(), O_RDWR);
+        const bool unlocked = flock(file, LOCK_EX | LOCK_NB) == 0;
+        close(file);
+        EXPECT_EQ(kill(-parent, SIGKILL), 0);  // the children, which were there until now
+        ASSERT_TRUE(unlocked) << round;
+        ASSERT_EQ(Log(settings, "x"), 0);
     }
 }
 

@@ -42,25 +42,24 @@ struct RotationCase {
     const char* files;  // what is in the current file, then in each older one
 };
 
-TEST_F(LogRotationTest, KeepsTheNumberAndSizeOfFiles) {
+TEST_F(LogRotationTest, KeepsTheNumberAndSizeOfFilesBehindALink) {
     constexpr RotationCase ROWS[] = {
         {0, 0, 3, "1 2 3 4 5 6 7 |-"},
         {2, 0, 0, "7 |-"},
         {2, 0, 1, "7 |-"},
-        {2, 0, 2, "7 |5 6 |-"},
         {2, 0, 3, "7 |5 6 |3 4 |-"},
-        {2, 1, 3, "7 |5 6 |3 4 |-"},
         {2, -1, 3, "7 |6 |5 |-"},
         {2, 0, UINT32_MAX, "7 |5 6 |3 4 |1 2 |-"},
         {0, 1, 3, "7 |6 |5 |-"},  // each line is longer than the limit
     };
     const uint64_t length = LineLength();
+    fs::create_symlink("row/log.csv", Path("link"));
     for (const RotationCase& row : ROWS) {
         SCOPED_TRACE(row.files);
         fs::create_directory(Path("row"));
         const std::string path = Path("row/log.csv");
-        LibLoggerSettings settings =
-            Settings(path, length * row.lines + static_cast<uint64_t>(row.bytes), row.count);
+        LibLoggerSettings settings = Settings(
+            Path("link"), length * row.lines + static_cast<uint64_t>(row.bytes), row.count);
         for (int number = 1; number <= 7; ++number) {
             ASSERT_EQ(Log(settings, std::to_string(number)), 0);
         }
@@ -70,6 +69,7 @@ TEST_F(LogRotationTest, KeepsTheNumberAndSizeOfFiles) {
             files += Messages(path + "." + std::to_string(older));
         }
         EXPECT_EQ(files, row.files);
+        EXPECT_TRUE(fs::is_symlink(Path("link")));
         fs::remove_all(Path("row"));
     }
 }
@@ -126,17 +126,27 @@ TEST_F(LogRotationTest, SilentlyReportsWhatCannotBeWritten) {
     EXPECT_EQ(m_alWrite("A", 1, nullptr, "m", "", 0, 'i', "x"), EINVAL);
 }
 
-// The limit on the size of files cuts the write that crosses it, as a full disk does.
+// The limit on the size of files cuts the write that crosses it, as a full disk does, and the next
+// one raises a signal whose default action, in force here, ends the process.
 TEST_F(LogRotationTest, FullDiskLeavesNoTornLine) {
     const std::string path = Path("log.csv");
     LibLoggerSettings settings = Settings(path);
     const uint64_t length = LineLength();
     const Outcome outcome = RunChild([&] {
-        signal(SIGXFSZ, SIG_IGN);
         const struct rlimit limit { length * 2 + length / 2, length * 2 + length / 2 };
         setrlimit(RLIMIT_FSIZE, &limit);
         const bool fits = Log(settings, "1") == 0 && Log(settings, "2") == 0;
-        return fits && Log(settings, "3") == EFBIG && Log(settings, "4") == EFBIG ? 0 : 1;
+        const bool reported = fits && Log(settings, "3") == EFBIG;
+        sigset_t signals;
+        sigset_t mask;
+        sigemptyset(&signals);
+        sigaddset(&signals, SIGXFSZ);
+        sigprocmask(SIG_BLOCK, &signals, &mask);
+        raise(SIGXFSZ);  // the caller's own, which stays
+        const bool reportedAgain = Log(settings, "4") == EFBIG;
+        sigpending(&signals);
+        const bool restored = sigismember(&mask, SIGXFSZ) == 0 && sigismember(&signals, SIGXFSZ);
+        return reported && reportedAgain && restored ? 0 : 1;
     });
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.output, "");
@@ -149,10 +159,7 @@ TEST_F(LogRotationTest, LineAfterATornOneStandsAlone) {
     std::ofstream(path) << "begun by a writer that was killed";
     LibLoggerSettings settings = Settings(path);
     ASSERT_EQ(Log(settings, "x"), 0);
-    const std::vector<std::string> lines = Lines(path);
-    ASSERT_EQ(lines.size(), 2U);
-    EXPECT_EQ(lines[0], "begun by a writer that was killed");
-    EXPECT_TRUE(lines[1].ends_with(",x"));
+    EXPECT_EQ(Messages(path), "begun by a writer that was killed x ");
 }
 
 }  // namespace

@@ -16,23 +16,17 @@ constexpr int LINES = 250;
 
 class SharedLogTest : public LoggerFixture {
 protected:
-    // Writes the lines of one writer; the number of those that were not written.
-    int WriteLines(LibLoggerSettings settings, int writer) const {
-        int failures = 0;
-        for (int number = 0; number < LINES; ++number) {
-            failures += Log(settings, NumberedMessage(writer, number)) != 0 ? 1 : 0;
-        }
-        return failures;
-    }
-
-    // As WriteLines, on several threads.
-    int WriteOnThreads(const LibLoggerSettings& settings, int process) const {
+    // Writes the lines of one writer on each thread; the number of those that were not written.
+    int WriteOnThreads(LibLoggerSettings settings, int process) const {
         std::atomic<int> failures = 0;
         std::vector<std::thread> threads;
         threads.reserve(THREADS);
         for (int thread = 0; thread < THREADS; ++thread) {
-            threads.emplace_back(
-                [&, thread] { failures += WriteLines(settings, process * THREADS + thread); });
+            threads.emplace_back([&, writer = process * THREADS + thread] {
+                for (int number = 0; number < LINES; ++number) {
+                    failures += Log(settings, NumberedMessage(writer, number)) != 0 ? 1 : 0;
+                }
+            });
         }
         for (std::thread& thread : threads) {
             thread.join();
@@ -84,9 +78,8 @@ TEST_F(SharedLogTest, SurvivesKilledWriters) {
     const pid_t steady = StartChild([&] {
         int failures = 0;
         int number = 0;
-        while (!FileExists(Path("stop"))) {
+        for (; !FileExists(Path("stop")); ++number) {
             failures += Log(settings, NumberedMessage(0, number)) != 0 ? 1 : 0;
-            ++number;
         }
         std::ofstream(Path("written")) << number;
         return failures == 0 ? 0 : 1;
