@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <utility>
 
 bool RowBuffer::Grow(size_t size) {
     constexpr size_t LEAST = 8192;

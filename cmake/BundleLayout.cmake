@@ -3,7 +3,7 @@ set(TALLYQUIST_APP Tallyquist.app)
 set(TALLYQUIST_CONTENTS "${CMAKE_BINARY_DIR}/${TALLYQUIST_APP}/Contents")
 set(TALLYQUIST_CONTENTS_INSTALL "lib/${TALLYQUIST_APP}/Contents")
 
-# Writes the Info.plist of a bundle whose contents lie in `contents`, and installs it.
+# Writes the Info.plist of a bundle whose contents lie in `relative` below the application's, and installs it.
 function(tallyquist_info_plist name type relative)
     set(BUNDLE_NAME "${name}")
     set(BUNDLE_TYPE "${type}")

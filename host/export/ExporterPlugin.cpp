@@ -64,15 +64,13 @@ void ExportFile::WriteByteOrderMark() {
     Check(m_plugin.m_writeBom(m_handle));
 }
 
-void ExportFile::WriteRow(const std::vector<std::string>& values,
-                          const std::vector<const char*>& types) {
+void ExportFile::WriteRow(const std::vector<std::string>& values, std::vector<const char*>& types) {
     m_values.clear();
     for (const std::string& value : values) {
         m_values.push_back(value.c_str());
     }
-    m_types = types;
     Check(m_plugin.m_writeValues(m_handle, static_cast<int>(m_values.size()), m_values.data(),
-                                 nullptr, m_types.data()));
+                                 nullptr, types.data()));
 }
 
 void ExportFile::Close() {

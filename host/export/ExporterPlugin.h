@@ -35,8 +35,9 @@ public:
     ExportFile& operator=(const ExportFile&) = delete;
 
     void WriteByteOrderMark();
-    // `types` holds as many entries as `values`.
-    void WriteRow(const std::vector<std::string>& values, const std::vector<const char*>& types);
+    // `types` holds as many entries as `values`. It is not changed; the plug-in's interface takes
+    // it as if it might be.
+    void WriteRow(const std::vector<std::string>& values, std::vector<const char*>& types);
     void Close();
 
 private:
@@ -46,7 +47,6 @@ private:
     std::string m_shownAs;
     void* m_handle = nullptr;
     std::vector<const char*> m_values;
-    std::vector<const char*> m_types;
 };
 
 }  // namespace tallyquist

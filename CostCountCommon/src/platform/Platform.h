@@ -8,13 +8,13 @@
 
 namespace platform {
 
-// --- The main bundle: the application, or the folder of the tool, that this process runs
-// ---------- Paths are absolute and end without a slash. Whether the folders exist is not checked.
+// --- The main bundle: the application, or the folder of the tool, that this process runs ---
+//
+// Paths are absolute and end without a slash. Whether the folders exist is not checked.
 
 std::string MainBundleFolder();
 std::string SupportFilesFolder();
 std::string BuiltInPlugInsFolder();
-std::string ResourcesFolder();
 // The text of CFBundleVersion in the bundle's Info.plist; empty when there is none.
 std::string MainBundleVersion();
 

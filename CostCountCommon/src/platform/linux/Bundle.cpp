@@ -66,10 +66,6 @@ std::string BuiltInPlugInsFolder() {
     return InContents("PlugIns");
 }
 
-std::string ResourcesFolder() {
-    return InContents("Resources");
-}
-
 std::string MainBundleVersion() {
     std::ifstream file(InContents("Info.plist"), std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
