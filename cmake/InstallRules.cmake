@@ -11,7 +11,7 @@ install(CODE "
 install(FILES docs/tallyquist.1 DESTINATION share/man/man1)
 
 # The header folders keep their places below the include root. What lies under src/ is internal.
-foreach(folder IN ITEMS JobCostExporter CostCountCommon compatible)
+foreach(folder IN ITEMS JobCostExporter CostCountCommon cm_common compatible)
     install(DIRECTORY ${folder} DESTINATION include/tallyquist
             FILES_MATCHING PATTERN "*.h" PATTERN "src" EXCLUDE)
 endforeach()

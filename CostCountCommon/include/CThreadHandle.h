@@ -1,0 +1,49 @@
+// A thread that can be waited for like an event.
+#pragma once
+
+#include <pthread.h>
+
+#include <atomic>
+
+#include "CostCountCommon/include/CHandle.h"
+
+// The thread uses its object until the procedure has returned: the object must live that long.
+class CThreadHandle : public CHandle, public IHandleWait {
+public:
+    using Procedure = unsigned int (*)(void*);
+
+    CThreadHandle() = default;
+    // The thread is neither joined nor detached.
+    ~CThreadHandle() override = default;
+
+    // Starts `procedure(argument)`; its result is not kept. 0, pthread_create's error number, or
+    // WAIT_FAILED when this object has created a thread before.
+    unsigned int Create(Procedure procedure, void* argument);
+
+    // Does in the calling thread what the created one does. The clean-up's result, 0.
+    unsigned int Run();
+
+    // Waits until the thread has ended. It can be waited for once: later waits, like those before
+    // Create, give WAIT_FAILED.
+    unsigned int Wait() override;
+    // WAIT_TIMEOUT while the procedure runs, else what Wait gives.
+    unsigned int TryWait() override;
+    unsigned int TimedWait(unsigned int milliseconds) override;
+
+    // Asks the thread to end at its next cancellation point; the caller still waits for it.
+    void Cancel();
+
+    // 0 before Create.
+    pthread_t GetThread() const { return m_thread; }
+
+private:
+    static void* TempThraedProc(void* self);
+    static unsigned int CleanUpForRun(void* self);
+
+    pthread_t m_thread = 0;
+    Procedure m_procedure = nullptr;
+    void* m_argument = nullptr;
+    std::atomic<bool> m_isRunning = false;
+    // A thread that was joined is no longer there to be joined or cancelled.
+    bool m_isJoined = false;
+};

@@ -1,0 +1,88 @@
+// Where things are on this machine, the texts and the preference of the application, and other
+// processes. All of it starts from the main bundle of the running process, never from the bundle
+// this code was loaded from.
+//
+// Every function that fills a `std::string*` returns whether it did, and gives false for a null
+// one, unless it says otherwise. Paths are UTF-8, absolute, and end without a slash; whether
+// something lies there is not checked. Everything may be called from any thread once SetAppType
+// (PluginLocations.h) has been.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "CostCountCommon/include/PluginLocations.h"
+#include "cm_common/TypedefList.h"
+#include "compatible/CFTypes.h"
+
+// --- Folders ---
+
+// The machine-wide data folder, always "/Library/Application Support".
+bool GetApplicationDataPath(std::string* path);
+// The user's folder for the data of applications. Failures are logged.
+bool GetApplicationDataLocalPath(std::string* path);
+// The folder that the programs of the application group share, and "Library/Application Support"
+// in it.
+bool GetApplicationDataGroupContainerPath(std::string* path);
+bool GetApplicationDataGroupContainerAppSupportPath(std::string* path);
+// The user's folder for temporary files. Failures are logged.
+bool GetTempPath(std::string* path);
+// Stores `path` with a leading ~ or ~NAME replaced by that user's home folder. Nothing happens when
+// an argument is null.
+void PathToPathByExpandingTildePath(const char* path, std::string* expanded);
+
+// --- Resources ---
+
+// The main application's resources folder. In a login item that lies outside any LoginItems folder
+// the result is true and `*path` stays as it is: callers rely on that.
+bool GetResourcesPath(std::string* path);
+// The resources folder of qvtrelCore.plugin; empty when there is no such bundle.
+std::string GetPluginResourcesPath();
+// The text of `key` in the main bundle's string table for the user's language. All bits set when
+// there is one, else 0 and an empty `*text`.
+int LoadResourceString(const char* key, std::string* text);
+// How many languages the main bundle has resources for.
+int localizationsCount();
+
+// --- Plug-ins as URLs ---
+
+// New URLs for CFRelease; null when the plug-in folder cannot be told, or for a name that is null,
+// empty or not UTF-8.
+[[nodiscard]] CFURLRef CreatePluginFolderURLRef();
+[[nodiscard]] CFURLRef CreatePluginURLRef(const char* fileName);
+
+// --- Preferences ---
+
+// The one preference is "ErrorLogConfirmTime", a time in seconds, signed and of 64 bits. Stores the
+// number that `value` begins with (as atol reads it), at once; other keys are ignored.
+void SetPreferenceValue(const char* key, const char* value);
+// Stores its decimal text; the empty text for another key or when no number is stored.
+void GetPreferenceValue(const char* key, std::string& value);
+// 1 when there is such a preference, else 0; also stored in `*valid` unless that is null.
+unsigned int IsValidPreferenceKey(const char* key, unsigned int* valid);
+
+// --- Processes ---
+
+// Starts the program at `modulePath` with `params` as its single argument, never through a shell.
+// The child inherits environment, user and standard streams, and no other descriptor. Failures are
+// logged.
+//
+// CreateProcessAsUser returns the process identifier at once, or -1; the caller waits for the child
+// (waitpid) or ignores SIGCHLD, else it stays in the process table. ExecuteProcess waits and
+// returns the exit status, 0 for a child that a signal ended, or -1.
+int CreateProcessAsUser(const std::string& modulePath, const std::string& params);
+int ExecuteProcess(const std::string& modulePath, const std::string& params);
+
+// Whether a process of the current user runs the background service, which is known by its file
+// name, whatever the case; its identifier goes into `info`.
+bool CheckStartedBNT(PROCESS_INFORMATION* info);
+// The same, and false when `path` does not exist.
+bool CheckConnectBNT(std::string path);
+
+// --- Files ---
+
+// Appends the names of the entries of the pattern's folder in which its last component is found,
+// sorted. The component is a regular expression in which * stands for any text; it may match
+// anywhere in the name, and a dot matches any character. Entries whose names are not UTF-8 are left
+// out.
+void MacGetFileList(const std::string& pattern, std::vector<std::string>& names);
