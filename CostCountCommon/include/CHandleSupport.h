@@ -32,7 +32,7 @@ public:
 
     static void MillisecondsToTimespec(unsigned int milliseconds, struct timespec* out);
 
-private:
+    // The entries of the two threads of TimedWait.
     static void* TimedWaitWaitingThread(void* context);
     static void* TimedWaitTimerThread(void* context);
 };

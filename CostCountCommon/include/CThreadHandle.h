@@ -36,10 +36,12 @@ public:
     // 0 before Create.
     pthread_t GetThread() const { return m_thread; }
 
-private:
+    // The thread's entry, for which `self` is the object, and what runs when the procedure has
+    // returned or the thread is cancelled.
     static void* TempThraedProc(void* self);
     static unsigned int CleanUpForRun(void* self);
 
+private:
     pthread_t m_thread = 0;
     Procedure m_procedure = nullptr;
     void* m_argument = nullptr;
