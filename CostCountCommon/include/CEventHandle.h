@@ -43,6 +43,8 @@ public:
     static std::string FullNameOf(const std::string& shortName);
 
 private:
+    void Take(sem_t* semaphore, std::string name);
+
     std::string m_name;
     sem_t* m_semaphore = SEM_FAILED;
     bool m_isOpen = false;

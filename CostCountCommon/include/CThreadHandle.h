@@ -6,6 +6,7 @@
 #include <atomic>
 
 #include "CostCountCommon/include/CHandle.h"
+#include "CostCountCommon/include/CompletionLatch.h"
 
 // The thread uses its object until the procedure has returned: the object must live that long.
 class CThreadHandle : public CHandle, public IHandleWait {
@@ -46,6 +47,7 @@ private:
     Procedure m_procedure = nullptr;
     void* m_argument = nullptr;
     std::atomic<bool> m_isRunning = false;
+    CompletionLatch m_finished{1};
     // A thread that was joined is no longer there to be joined or cancelled.
-    bool m_isJoined = false;
+    std::atomic<bool> m_isJoined = false;
 };

@@ -1,0 +1,123 @@
+#include "CostCountCommon/include/CEventHandle.h"
+
+#include <fcntl.h>
+
+#include <cerrno>
+#include <exception>
+#include <utility>
+
+#include "CostCountCommon/include/CHandleSupport.h"
+#include "CostCountCommon/src/Log.h"
+#include "CostCountCommon/src/SemaphoreName.h"
+#include "CostCountCommon/src/platform/Platform.h"
+
+namespace {
+
+constexpr const char* SOURCE = "CEventHandle";
+
+// The prefix has 21 characters. With a name of at most 5 and a number of at most 4 it stays within
+// the 31 that a semaphore's name may have on the narrowest system.
+constexpr const char* PREFIX = "K7Q3MZP2WD.RX.qvtrel/";
+constexpr size_t SHORT_NAME_LIMIT = 5;
+constexpr int UNIQUE_NAME_LIMIT = 10000;
+
+}  // namespace
+
+CEventHandle::~CEventHandle() {
+    Close();
+    UnlinkSemaphore(m_name);
+}
+
+std::string CEventHandle::FullNameOf(const std::string& shortName) {
+    return PREFIX + shortName;
+}
+
+bool CEventHandle::Open(const char* fullName, int oflag) try {
+    if (fullName == nullptr) {
+        return false;
+    }
+    std::string name = fullName;
+    sem_t* semaphore = sem_open(platform::SemaphoreName(name).c_str(), oflag);
+    if (semaphore == SEM_FAILED) {
+        return false;
+    }
+    Take(semaphore, std::move(name));
+    return true;
+} catch (const std::exception&) {
+    return false;  // out of memory
+}
+
+bool CEventHandle::Open(const char* shortName, int oflag, unsigned short mode, unsigned int value,
+                        bool unique) try {
+    if (shortName == nullptr) {
+        LibLogger().WriteLog(SOURCE, __LINE__, 'e', 0, "invalid parameter.");
+        return false;
+    }
+    const std::string base = FullNameOf(shortName);
+    const size_t length = base.size() - FullNameOf("").size();
+    if (length == 0 || length > SHORT_NAME_LIMIT) {
+        LibLogger().WriteLog(SOURCE, __LINE__, 'e', 0, "pName is illegal parameter.");
+        return false;
+    }
+    std::string name;
+    unsigned int error = 0;
+    const int limit = unique ? UNIQUE_NAME_LIMIT : 1;
+    for (int counter = 0; counter < limit; ++counter) {
+        name = counter == 0 ? base : base + std::to_string(counter);
+        LibLogger().WriteLog(SOURCE, __LINE__, 'd', 0, "begin sem_open(\"%s\",%d,%d,%u)\n",
+                             name.c_str(), oflag, mode, value);
+        sem_t* semaphore =
+            sem_open(platform::SemaphoreName(name).c_str(), oflag, mode_t{mode}, value);
+        if (semaphore != SEM_FAILED) {
+            Take(semaphore, std::move(name));
+            return true;
+        }
+        error = static_cast<unsigned int>(errno);
+        if (error != EEXIST) {
+            break;
+        }
+        LibLogger().WriteLog(SOURCE, __LINE__, 'd', error, "named samaphore exists. name=%s",
+                             name.c_str());
+    }
+    LibLogger().WriteLog(SOURCE, __LINE__, 'e', error, "sem_open failed. name=%s", name.c_str());
+    return false;
+} catch (const std::exception&) {
+    return false;  // out of memory
+}
+
+void CEventHandle::Take(sem_t* semaphore, std::string name) {
+    Close();
+    m_semaphore = semaphore;
+    m_isOpen = true;
+    m_name.swap(name);
+}
+
+void CEventHandle::Close() {
+    if (m_isOpen) {
+        sem_close(m_semaphore);
+        m_semaphore = SEM_FAILED;
+        m_isOpen = false;
+    }
+}
+
+int CEventHandle::Post() {
+    return m_isOpen ? sem_post(m_semaphore) : -1;
+}
+
+unsigned int CEventHandle::Wait() {
+    return m_isOpen && sem_wait(m_semaphore) == 0 ? WAIT_OBJECT_0 : WAIT_FAILED;
+}
+
+unsigned int CEventHandle::TryWait() {
+    if (!m_isOpen) {
+        return WAIT_FAILED;
+    }
+    if (sem_trywait(m_semaphore) == 0) {
+        return WAIT_OBJECT_0;
+    }
+    return errno == EAGAIN ? WAIT_TIMEOUT : WAIT_FAILED;
+}
+
+unsigned int CEventHandle::TimedWait(unsigned int milliseconds) {
+    return CHandleSupport::TimedWait(this, milliseconds);
+}

@@ -1,0 +1,134 @@
+#include "CostCountCommon/NamedLock.h"
+
+#include <fcntl.h>
+
+#include <cerrno>
+#include <ctime>
+#include <exception>
+#include <utility>
+
+#include "CostCountCommon/src/Log.h"
+#include "CostCountCommon/src/SemaphoreName.h"
+#include "CostCountCommon/src/platform/Platform.h"
+#include "compatible/osFree.h"
+
+namespace {
+
+constexpr const char* SOURCE = "NamedLock";
+
+constexpr unsigned int FOR_EVER = 0xFFFFFFFF;
+constexpr unsigned int TICKS_PER_SECOND_GIVEN = 1000;
+constexpr unsigned int RETRY_MILLISECONDS = 10;
+
+void Log(unsigned int line, char level, int code, const char* message) {
+    LibLogger().WriteLog(SOURCE, line, level, static_cast<unsigned int>(code), "%s", message);
+}
+
+// A semaphore that is open but not (yet) held: closed, and its name taken away, unless it is
+// released.
+class OpenSemaphore {
+public:
+    explicit OpenSemaphore(const std::string& name)
+        : m_name(name),
+          m_semaphore(sem_open(platform::SemaphoreName(name).c_str(), O_CREAT, 0666, 1)) {}
+    ~OpenSemaphore() {
+        if (m_semaphore != SEM_FAILED) {
+            sem_close(m_semaphore);
+            UnlinkSemaphore(m_name);
+        }
+    }
+    OpenSemaphore(const OpenSemaphore&) = delete;
+    OpenSemaphore& operator=(const OpenSemaphore&) = delete;
+
+    bool IsOpen() const { return m_semaphore != SEM_FAILED; }
+    sem_t* Get() const { return m_semaphore; }
+    sem_t* Release() { return std::exchange(m_semaphore, SEM_FAILED); }
+
+private:
+    const std::string& m_name;
+    sem_t* m_semaphore;
+};
+
+CNamedLock::Result Acquire(sem_t* semaphore, unsigned int timeoutSeconds) {
+    const clock_t start = clock();
+    const clock_t limit = static_cast<clock_t>(timeoutSeconds * TICKS_PER_SECOND_GIVEN);
+    while (sem_trywait(semaphore) != 0) {
+        if (errno != EAGAIN) {
+            Log(__LINE__, 'e', errno, "lock failed.");
+            return CNamedLock::FAILED;
+        }
+        bool isOver = timeoutSeconds == 0;
+        if (!isOver) {
+            Sleep(RETRY_MILLISECONDS);
+            isOver = clock() - start >= limit && timeoutSeconds != FOR_EVER;
+        }
+        if (isOver) {
+            Log(__LINE__, 'e', EAGAIN, "lock failed: timeout occured.");
+            return CNamedLock::TIMED_OUT;
+        }
+    }
+    return CNamedLock::LOCKED;
+}
+
+}  // namespace
+
+CNamedLock::~CNamedLock() {
+    Unlock();
+}
+
+unsigned int CNamedLock::Lock(const char* name, unsigned int timeoutSeconds) try {
+    if (m_semaphore != nullptr) {
+        return FAILED;
+    }
+    if (name == nullptr || *name == '\0') {
+        Log(__LINE__, 'e', 0, "invalid parameter.");
+        return FAILED;
+    }
+    m_name = name;
+    m_timeoutSeconds = timeoutSeconds;
+    OpenSemaphore semaphore(m_name);
+    if (!semaphore.IsOpen()) {
+        Log(__LINE__, 'e', errno, "sem_open failed.");
+        return FAILED;
+    }
+    const Result result = Acquire(semaphore.Get(), m_timeoutSeconds);
+    if (result == LOCKED) {
+        m_semaphore = semaphore.Release();
+    }
+    return result;
+} catch (const std::exception&) {
+    return FAILED;  // out of memory
+}
+
+int CNamedLock::Unlock() {
+    if (m_semaphore != nullptr) {
+        sem_post(m_semaphore);
+        sem_close(m_semaphore);
+        m_semaphore = nullptr;
+    }
+    return UnlinkSemaphore(m_name);
+}
+
+bool CNamedLock::IsLocked(const char* name) try {
+    if (name == nullptr || *name == '\0') {
+        Log(__LINE__, 'e', 0, "invalid parameter.");
+        return false;
+    }
+    const std::string lock = name;
+    const OpenSemaphore semaphore(lock);
+    if (!semaphore.IsOpen()) {
+        Log(__LINE__, 'e', errno, "sem_open failed.");
+        return false;
+    }
+    if (sem_trywait(semaphore.Get()) == 0) {
+        sem_post(semaphore.Get());
+        return false;
+    }
+    if (errno != EAGAIN) {
+        return false;
+    }
+    Log(__LINE__, 'd', EAGAIN, "sem_trywait() already locked.");
+    return true;
+} catch (const std::exception&) {
+    return false;  // out of memory
+}

@@ -1,0 +1,224 @@
+// Events within and between processes, through the class and the Windows-style functions.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <semaphore.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <thread>
+
+#include "CostCountCommon/include/CEventHandle.h"
+#include "compatible/osFree.h"
+#include "tests/support/FailingAllocation.h"
+#include "tests/support/Processes.h"
+#include "tests/support/RecordingLogger.h"
+
+namespace {
+
+constexpr int NEW = O_CREAT | O_EXCL;
+
+class Events : public testing::Test {
+protected:
+    void SetUp() override { TakeRecordedCalls(); }
+
+    // Messages with level and code, one per line.
+    static std::string Log() {
+        std::string text;
+        for (const RecordedLine& line : TakeRecordedLines()) {
+            EXPECT_EQ("CEventHandle", line.file);
+            text += line.level + std::to_string(line.code) + " " + line.message + "|";
+        }
+        return text;
+    }
+
+    static void RecordLog() {
+        CCMLibLogger::getInstance()->InitLibLogger("log", "owner", "module", RECORDING_LOGGER);
+    }
+
+    const std::string m_short = UniqueShortName();
+    const std::string m_full = "K7Q3MZP2WD.RX.qvtrel/" + m_short;
+};
+
+TEST_F(Events, NamesHaveOneToFiveCharacters) {
+    RecordLog();
+    CEventHandle event;
+    EXPECT_FALSE(event.Open(nullptr, NEW, 0666, 0, false));
+    EXPECT_EQ("e0 invalid parameter.|", Log());
+    for (const std::string& name : {std::string(), m_short + "x"}) {
+        EXPECT_FALSE(event.Open(name.c_str(), NEW, 0666, 0, false));
+        EXPECT_EQ("e0 pName is illegal parameter.|", Log());
+    }
+    EXPECT_TRUE(event.Open(m_short.c_str(), NEW, 0666, 0, false));
+    EXPECT_EQ(m_full, event.GetName());
+    EXPECT_FALSE(CEventHandle().Open(nullptr, 0));
+}
+
+TEST_F(Events, AnExistingNameIsRefusedOrNumbered) {
+    RecordLog();
+    const std::string arguments = "\"," + std::to_string(NEW) + ",438,7)\n|";
+    CEventHandle first;
+    CEventHandle second;
+    CEventHandle third;
+    ASSERT_TRUE(first.Open(m_short.c_str(), NEW, 0666, 7, true));
+    EXPECT_EQ("d0 begin sem_open(\"" + m_full + arguments, Log());
+    EXPECT_FALSE(second.Open(m_short.c_str(), NEW, 0666, 7, false));
+    EXPECT_EQ("d0 begin sem_open(\"" + m_full + arguments + "d17 named samaphore exists. name=" +
+                  m_full + "|e17 sem_open failed. name=" + m_full + "|",
+              Log());
+    ASSERT_TRUE(second.Open(m_short.c_str(), NEW, 0666, 7, true));
+    ASSERT_TRUE(third.Open(m_short.c_str(), NEW, 0666, 7, true));
+    EXPECT_EQ(m_full + "1", second.GetName());
+    EXPECT_EQ(m_full + "2", third.GetName());
+}
+
+TEST_F(Events, OtherErrorsEndTheSearchForAName) {
+    RecordLog();
+    CEventHandle event;
+    EXPECT_FALSE(event.Open(m_short.c_str(), 0, 0666, 0, true));
+    EXPECT_EQ(
+        "d0 begin sem_open(\"" + m_full + "\",0,438,0)\n|e2 sem_open failed. name=" + m_full + "|",
+        Log());
+}
+
+TEST_F(Events, NumbersGoUpTo9999) {
+    // Links to one file stand for the semaphores, which would fill a small memory file system.
+    const std::string file = "/dev/shm/sem." + CEventHandle::FullNameOf("").substr(0, 20) + "%2F";
+    CEventHandle event;
+    ASSERT_TRUE(event.Open(m_short.c_str(), NEW, 0666, 0, false));
+    const auto linked = [&](int number) { return file + m_short + std::to_string(number); };
+    for (int i = 1; i <= 9998; ++i) {
+        ASSERT_EQ(0, link((file + m_short).c_str(), linked(i).c_str()));
+    }
+    {
+        CEventHandle last;
+        CEventHandle none;
+        EXPECT_TRUE(last.Open(m_short.c_str(), NEW, 0666, 0, true));
+        EXPECT_EQ(m_full + "9999", last.GetName());
+        EXPECT_FALSE(none.Open(m_short.c_str(), NEW, 0666, 0, true));
+    }
+    for (int i = 1; i <= 9998; ++i) {
+        unlink(linked(i).c_str());
+    }
+}
+
+TEST_F(Events, EachPostLetsOneWaitThrough) {
+    CEventHandle event;
+    EXPECT_EQ(WAIT_FAILED, event.Wait());
+    EXPECT_EQ(WAIT_FAILED, event.TryWait());
+    EXPECT_EQ(-1, event.Post());
+    ASSERT_TRUE(event.Open(m_short.c_str(), NEW, 0666, 1, false));
+    IHandleWait& waitable = event;
+    EXPECT_EQ(0, event.Post());
+    EXPECT_EQ(WAIT_OBJECT_0, waitable.TryWait());
+    EXPECT_EQ(WAIT_OBJECT_0, waitable.Wait());
+    EXPECT_EQ(WAIT_TIMEOUT, waitable.TryWait());
+    event.Close();
+    EXPECT_EQ(WAIT_FAILED, event.TryWait());
+    EXPECT_EQ(m_full, event.GetName());
+}
+
+TEST_F(Events, TheNameGoesWithTheFirstHandleThatIsDestroyed) {
+    CEventHandle creator;
+    ASSERT_TRUE(creator.Open(m_short.c_str(), NEW, 0666, 0, false));
+    {
+        CEventHandle opener;
+        ASSERT_TRUE(opener.Open(m_full.c_str(), 0));
+        EXPECT_EQ(0, opener.Post());
+    }
+    EXPECT_EQ(WAIT_OBJECT_0, creator.TryWait());
+    EXPECT_FALSE(CEventHandle().Open(m_full.c_str(), 0));
+}
+
+extern "C" void Interrupt(int) {}
+
+TEST_F(Events, AnInterruptedWaitFails) {
+    CEventHandle event;
+    ASSERT_TRUE(event.Open(m_short.c_str(), NEW, 0666, 0, false));
+    struct sigaction action {};
+    action.sa_handler = Interrupt;
+    sigaction(SIGALRM, &action, nullptr);
+    const struct itimerval often {
+        {0, 1000}, { 0, 1000 }
+    };
+    setitimer(ITIMER_REAL, &often, nullptr);
+    EXPECT_EQ(WAIT_FAILED, event.Wait());
+    // A timed wait takes no signals.
+    EXPECT_EQ(WAIT_TIMEOUT, event.TimedWait(20));
+    const struct itimerval never {};
+    setitimer(ITIMER_REAL, &never, nullptr);
+}
+
+TEST_F(Events, OfTheWindowsKind) {
+    void* event = CreateEvent(nullptr, true, true, m_short.c_str());
+    ASSERT_NE(nullptr, event);
+    EXPECT_EQ(nullptr, CreateEvent(nullptr, false, false, m_short.c_str()));
+    EXPECT_EQ(nullptr, CreateEvent(nullptr, false, false, "longer"));
+    EXPECT_EQ(258, WaitForSingleObject(event, 0)) << "starts unsignalled";
+    void* const opened[] = {OpenEvent(0, false, m_short.c_str()),
+                            OpenEvent(0, false, m_full.c_str())};
+    for (void* other : opened) {
+        ASSERT_NE(nullptr, other);
+        EXPECT_TRUE(SetEvent(other));
+        ResetEvent(event);
+        EXPECT_EQ(0, WaitForSingleObject(event, 0xFFFFFFFF));
+        EXPECT_EQ(258, WaitForSingleObject(event, 0)) << "one wait consumes it";
+    }
+    for (void* other : opened) {
+        EXPECT_EQ(1, CloseHandle(other));
+        EXPECT_EQ(nullptr, OpenEvent(0, false, m_short.c_str()));
+    }
+    EXPECT_EQ(1, CloseHandle(event));
+    for (const char* name : {static_cast<const char*>(nullptr), ""}) {
+        void* one = CreateEvent(nullptr, false, false, name);
+        void* other = CreateEvent(nullptr, false, false, name);
+        EXPECT_TRUE(SetEvent(one));
+        EXPECT_EQ(258, WaitForSingleObject(other, 0));
+        EXPECT_EQ(1, CloseHandle(one));
+        EXPECT_EQ(1, CloseHandle(other));
+        EXPECT_EQ(nullptr, OpenEvent(0, false, name));
+    }
+    EXPECT_EQ(0, CloseHandle(nullptr));
+    EXPECT_FALSE(SetEvent(nullptr));
+    EXPECT_EQ(-1, WaitForSingleObject(nullptr, 0));
+    const FailingAllocation all(1);
+    EXPECT_EQ(nullptr, CreateEvent(nullptr, false, false, nullptr));
+    EXPECT_EQ(nullptr, OpenEvent(0, false, "none"));
+}
+
+// A hundred thousand there and back, then as many in one go, and none too many.
+TEST_F(Events, TwoProcessesLoseNone) {
+    constexpr int COUNT = 100000;
+    const std::string backName = UniqueShortName(1);
+    void* there = CreateEvent(nullptr, false, false, m_short.c_str());
+    void* back = CreateEvent(nullptr, false, false, backName.c_str());
+    ASSERT_TRUE(there != nullptr && back != nullptr);
+    ChildProcess other([&] {
+        void* incoming = OpenEvent(0, false, m_short.c_str());
+        void* outgoing = OpenEvent(0, false, backName.c_str());
+        for (int i = 0; i < 2 * COUNT; ++i) {
+            if (WaitForSingleObject(incoming, 0xFFFFFFFF) != 0 || !SetEvent(outgoing)) {
+                return 1;
+            }
+        }
+        return WaitForSingleObject(incoming, 0) == 258 ? 0 : 2;
+    });
+    for (int i = 0; i < COUNT; ++i) {
+        ASSERT_TRUE(SetEvent(there));
+        ASSERT_EQ(0, WaitForSingleObject(back, 0xFFFFFFFF));
+    }
+    for (int i = 0; i < COUNT; ++i) {
+        ASSERT_TRUE(SetEvent(there));
+    }
+    EXPECT_EQ(0, other.Wait());
+    int arrived = 0;
+    while (WaitForSingleObject(back, 0) == 0) {
+        ++arrived;
+    }
+    EXPECT_EQ(COUNT, arrived);
+    CloseHandle(there);
+    CloseHandle(back);
+}
+
+}  // namespace

@@ -1,0 +1,162 @@
+// The lock between processes, quirks included.
+#include "CostCountCommon/NamedLock.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <ctime>
+#include <thread>
+
+#include "CostCountCommon/LockObject.h"
+#include "compatible/osFree.h"
+#include "tests/support/Processes.h"
+#include "tests/support/RecordingLogger.h"
+
+namespace {
+
+class NamedLock : public testing::Test {
+protected:
+    void SetUp() override {
+        TakeRecordedCalls();
+        CCMLibLogger::getInstance()->InitLibLogger("log", "owner", "module", RECORDING_LOGGER);
+    }
+
+    static std::string Log() {
+        std::string text;
+        for (const RecordedLine& line : TakeRecordedLines()) {
+            EXPECT_EQ("NamedLock", line.file);
+            text += line.level + std::to_string(line.code) + " " + line.message + "|";
+        }
+        return text;
+    }
+
+    const std::string m_name = "lock/" + UniqueShortName();
+    // Two ends of a pipe by which a child says that it holds the lock.
+    int m_pipe[2] = {-1, -1};
+
+    // A process that holds the lock until it is told by `release` (none: until it is killed).
+    int Hold(void* release) {
+        CNamedLock lock;
+        const unsigned int result = lock.Lock(m_name.c_str(), 0);
+        [[maybe_unused]] auto _ = write(m_pipe[1], &result, sizeof result);
+        WaitForSingleObject(release, 0xFFFFFFFF);
+        if (release == nullptr) {
+            pause();
+        }
+        return 0;
+    }
+
+    unsigned int ResultOfChild() const {
+        unsigned int result = 99;
+        [[maybe_unused]] auto _ = read(m_pipe[0], &result, sizeof result);
+        return result;
+    }
+};
+
+TEST_F(NamedLock, ExcludesAnotherAndIsTakenAgain) {
+    CNamedLock one;
+    CNamedLock other;
+    EXPECT_EQ(CNamedLock::LOCKED, one.Lock(m_name.c_str(), 0));
+    EXPECT_EQ(CNamedLock::FAILED, one.Lock(m_name.c_str(), 0)) << "holds one already";
+    EXPECT_EQ("", Log());
+    EXPECT_EQ(CNamedLock::TIMED_OUT, other.Lock(m_name.c_str(), 0));
+    EXPECT_EQ("e11 lock failed: timeout occured.|", Log());
+    EXPECT_EQ(-1, one.Unlock()) << "the time-out has taken the name away";
+    EXPECT_EQ(CNamedLock::LOCKED, other.Lock(m_name.c_str(), 0));
+    EXPECT_EQ(0, other.Unlock());
+    {
+        CNamedLock scoped;
+        EXPECT_EQ(CNamedLock::LOCKED, scoped.Lock(m_name.c_str(), 0));
+    }
+    EXPECT_EQ(CNamedLock::LOCKED, one.Lock(m_name.c_str(), 0));
+}
+
+TEST_F(NamedLock, RefusesEmptyAndImpossibleNames) {
+    CNamedLock lock;
+    for (const char* name : {static_cast<const char*>(nullptr), ""}) {
+        EXPECT_EQ(CNamedLock::FAILED, lock.Lock(name, 0));
+        EXPECT_FALSE(CNamedLock::IsLocked(name));
+        EXPECT_EQ("e0 invalid parameter.|e0 invalid parameter.|", Log());
+    }
+    const std::string tooLong(300, 'x');
+    EXPECT_EQ(CNamedLock::FAILED, lock.Lock(tooLong.c_str(), 0));
+    EXPECT_FALSE(CNamedLock::IsLocked(tooLong.c_str()));
+    EXPECT_EQ("e22 sem_open failed.|e22 sem_open failed.|", Log());
+}
+
+TEST_F(NamedLock, AskingForItTakesTheNameAway) {
+    EXPECT_FALSE(CNamedLock::IsLocked(m_name.c_str()));
+    CNamedLock holder;
+    CNamedLock second;
+    EXPECT_EQ(CNamedLock::LOCKED, holder.Lock(m_name.c_str(), 0));
+    Log();
+    EXPECT_TRUE(CNamedLock::IsLocked(m_name.c_str()));
+    EXPECT_EQ("d11 sem_trywait() already locked.|", Log());
+    EXPECT_EQ(CNamedLock::LOCKED, second.Lock(m_name.c_str(), 0)) << "a fresh lock";
+}
+
+TEST_F(NamedLock, OfAKilledHolderIsTakenOverAtTheSecondTry) {
+    ASSERT_EQ(0, pipe(m_pipe));
+    ChildProcess holder([&] { return Hold(nullptr); });
+    ASSERT_EQ(CNamedLock::LOCKED, ResultOfChild());
+    holder.Kill();
+    CNamedLock lock;
+    EXPECT_EQ(CNamedLock::TIMED_OUT, lock.Lock(m_name.c_str(), 0)) << "nobody gave it back";
+    EXPECT_EQ(CNamedLock::LOCKED, lock.Lock(m_name.c_str(), 0));
+}
+
+TEST_F(NamedLock, WaitsForAnotherProcess) {
+    ASSERT_EQ(0, pipe(m_pipe));
+    void* release = CreateEvent(nullptr, false, false, UniqueShortName(1).c_str());
+    ChildProcess holder([&] { return Hold(release); });
+    ASSERT_EQ(CNamedLock::LOCKED, ResultOfChild());
+    ChildProcess impatient([&] { return static_cast<int>(CNamedLock().Lock(m_name.c_str(), 1)); });
+    EXPECT_EQ(CNamedLock::TIMED_OUT, static_cast<unsigned int>(impatient.Wait()));
+    // Its time-out took the name away, so whoever asks for it anew does not meet the holder.
+    EXPECT_EQ(CNamedLock::LOCKED, CNamedLock().Lock(m_name.c_str(), 0));
+    SetEvent(release);
+    EXPECT_EQ(0, holder.Wait());
+    CloseHandle(release);
+}
+
+TEST_F(NamedLock, WaitsForEverWhenToldSo) {
+    ASSERT_EQ(0, pipe(m_pipe));
+    void* release = CreateEvent(nullptr, false, false, UniqueShortName(1).c_str());
+    ChildProcess holder([&] { return Hold(release); });
+    ASSERT_EQ(CNamedLock::LOCKED, ResultOfChild());
+    ChildProcess patient(
+        [&] { return static_cast<int>(CNamedLock().Lock(m_name.c_str(), 0xFFFFFFFF)); });
+    SetEvent(release);
+    EXPECT_EQ(0, holder.Wait());
+    EXPECT_EQ(CNamedLock::LOCKED, static_cast<unsigned int>(patient.Wait()));
+    CloseHandle(release);
+}
+
+// The processor time that the limit is counted in, seen by the process that waits.
+TEST_F(NamedLock, CountsItsLimitInProcessorTime) {
+    CNamedLock holder;
+    ASSERT_EQ(CNamedLock::LOCKED, holder.Lock(m_name.c_str(), 0));
+    const clock_t start = clock();
+    EXPECT_EQ(CNamedLock::TIMED_OUT, CNamedLock().Lock(m_name.c_str(), 2));
+    EXPECT_LE(2000, clock() - start);
+}
+
+TEST(LockObject, IsRecursive) {
+    CLockObject lock;
+    long sum = 0;
+    const auto add = [&] {
+        for (int i = 0; i < 20000; ++i) {
+            lock.Lock();
+            lock.Lock();
+            ++sum;
+            lock.Unlock();
+            lock.Unlock();
+        }
+    };
+    std::thread other(add);
+    add();
+    other.join();
+    EXPECT_EQ(40000, sum);
+}
+
+}  // namespace

@@ -1,0 +1,228 @@
+// Threads, waits for one and for several, and waits with a time-out.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <thread>
+
+#include "CostCountCommon/include/CEventHandle.h"
+#include "CostCountCommon/include/CHandleSupport.h"
+#include "CostCountCommon/include/CThreadHandle.h"
+#include "compatible/osFree.h"
+#include "tests/support/Processes.h"
+
+namespace {
+
+constexpr unsigned int AN_HOUR = 3600000;
+
+class Threads : public testing::Test {
+protected:
+    void SetUp() override {
+        for (int i = 0; i < 3; ++i) {
+            ASSERT_TRUE(m_events[static_cast<size_t>(i)].Open(UniqueShortName(i).c_str(),
+                                                              O_CREAT | O_EXCL, 0666, 0, false));
+        }
+    }
+
+    static unsigned int WaitOn(void* event) { return static_cast<CEventHandle*>(event)->Wait(); }
+
+    std::array<CEventHandle, 3> m_events;
+};
+
+TEST_F(Threads, AreWaitedForOnce) {
+    CThreadHandle thread;
+    for (const unsigned int result : {thread.Wait(), thread.TryWait(), thread.TimedWait(1)}) {
+        EXPECT_EQ(WAIT_FAILED, result) << "there is no thread";
+    }
+    thread.Cancel();
+    ASSERT_EQ(0U, thread.Create(WaitOn, &m_events[0]));
+    EXPECT_EQ(WAIT_FAILED, thread.Create(WaitOn, &m_events[0]));
+    EXPECT_EQ(WAIT_TIMEOUT, thread.TryWait());
+    EXPECT_EQ(WAIT_TIMEOUT, thread.TimedWait(5));
+    m_events[0].Post();
+    EXPECT_EQ(WAIT_OBJECT_0, thread.TimedWait(AN_HOUR));
+    for (const unsigned int result : {thread.Wait(), thread.TryWait(), thread.TimedWait(1)}) {
+        EXPECT_EQ(WAIT_FAILED, result) << "joined before";
+    }
+    thread.Cancel();
+    EXPECT_EQ(WAIT_FAILED, thread.Create(WaitOn, &m_events[0]));
+}
+
+TEST_F(Threads, AreCancelled) {
+    CThreadHandle thread;
+    ASSERT_EQ(0U, thread.Create(WaitOn, &m_events[0]));
+    thread.Cancel();
+    EXPECT_EQ(WAIT_OBJECT_0, thread.Wait());
+}
+
+TEST_F(Threads, RunInTheCallersThreadToo) {
+    CThreadHandle thread;
+    m_events[0].Post();
+    ASSERT_EQ(0U, thread.Create(WaitOn, &m_events[0]));
+    thread.Wait();
+    m_events[0].Post();
+    EXPECT_EQ(0U, thread.Run());
+    EXPECT_EQ(WAIT_TIMEOUT, m_events[0].TryWait());
+}
+
+TEST_F(Threads, OfTheWindowsKind) {
+    const auto start = [](void* argument) {
+        *static_cast<unsigned long*>(argument) = GetCurrentThreadId();
+        return 7U;
+    };
+    unsigned long seen = 0;
+    void* thread = _beginthreadex(nullptr, 0, start, &seen, 0, nullptr);
+    ASSERT_NE(nullptr, thread);
+    const unsigned long id = GetThreadId(thread);
+    EXPECT_EQ(0, WaitForSingleObject(thread, 0xFFFFFFFF));
+    EXPECT_EQ(id, seen);
+    EXPECT_NE(GetCurrentThreadId(), seen);
+    EXPECT_EQ(1, CloseHandle(thread));
+    EXPECT_EQ(0U, GetThreadId(nullptr));
+    EXPECT_EQ(0U, GetThreadId(static_cast<CHandle*>(&m_events[0])));
+    EXPECT_EQ(nullptr, _beginthreadex(nullptr, 0, nullptr, nullptr, 0, nullptr));
+}
+
+TEST_F(Threads, ThatCannotBeMadeFailEveryWait) {
+    if (getuid() != 0) {
+        GTEST_SKIP() << "only root can become a user without other processes";
+    }
+    // A child may have so many threads more.
+    const auto with = [&](int more) {
+        return ChildProcess([&] {
+                   const int before = ThreadCount();
+                   const auto limit = static_cast<rlim_t>(before + more);
+                   const struct rlimit threads { limit, limit };
+                   if (setrlimit(RLIMIT_NPROC, &threads) != 0 ||
+                       setuid(static_cast<uid_t>(100000 + getpid())) != 0) {
+                       return 1;
+                   }
+                   CThreadHandle thread;
+                   if (more == 0 && (thread.Create(WaitOn, &m_events[0]) != EAGAIN ||
+                                     thread.TryWait() != WAIT_FAILED)) {
+                       return 2;
+                   }
+                   return m_events[0].TimedWait(AN_HOUR) != WAIT_FAILED ? 3
+                          : ThreadCountFallsTo(before)                  ? 0
+                                                                        : 4;
+               })
+            .Wait();
+    };
+    EXPECT_EQ(0, with(0));
+    EXPECT_EQ(0, with(1)) << "no timer";
+}
+
+class Handles : public Threads {
+protected:
+    CHandle m_noWaitable;
+    void* m_handles[4] = {nullptr, static_cast<CHandle*>(&m_events[0]),
+                          static_cast<CHandle*>(&m_events[1]), static_cast<CHandle*>(&m_events[2])};
+};
+
+TEST_F(Handles, TheLowestSignalledOneEndsTheWait) {
+    EXPECT_EQ(258, WaitForMultipleObjects(4, m_handles, false, 0));
+    m_events[1].Post();
+    m_events[2].Post();
+    EXPECT_EQ(2, WaitForMultipleObjects(4, m_handles, false, 0));
+    EXPECT_EQ(3, WaitForMultipleObjects(4, m_handles, false, 0xFFFFFFFF));
+    EXPECT_EQ(258, WaitForMultipleObjects(4, m_handles, false, 0));
+}
+
+TEST_F(Handles, AllOfThemOnlyForEver) {
+    for (CEventHandle& event : m_events) {
+        event.Post();
+    }
+    EXPECT_EQ(-1, WaitForMultipleObjects(4, m_handles, true, 5000));
+    EXPECT_EQ(0, WaitForMultipleObjects(4, m_handles, true, 0xFFFFFFFF));
+    EXPECT_EQ(258, WaitForMultipleObjects(4, m_handles, false, 0)) << "all were consumed";
+    for (const bool all : {false, true}) {
+        EXPECT_EQ(-1, WaitForMultipleObjects(0, m_handles, all, 0xFFFFFFFF));
+        EXPECT_EQ(-1, WaitForMultipleObjects(1, nullptr, all, 0xFFFFFFFF));
+    }
+}
+
+TEST_F(Handles, ThatCannotBeWaitedForAreAFailureOrPassedOver) {
+    EXPECT_EQ(-1, WaitForSingleObject(&m_noWaitable, 0xFFFFFFFF));
+    void* handles[] = {&m_noWaitable, m_handles[1]};
+    m_events[0].Post();
+    EXPECT_EQ(1, WaitForMultipleObjects(2, handles, false, 0xFFFFFFFF));
+    EXPECT_EQ(WAIT_FAILED, CHandleSupport::TimedWait(nullptr, 1));
+}
+
+TEST_F(Handles, SeveralAreTimedInProcessorTime) {
+    std::atomic<bool> isOver = false;
+    std::thread busy([&] {
+        while (!isOver) {
+        }
+    });
+    EXPECT_EQ(258, WaitForMultipleObjects(4, m_handles, false, 150));
+    EXPECT_LE(150000, clock());
+    isOver = true;
+    busy.join();
+}
+
+// Signals that come as the time runs out are taken or left, never lost, and nothing stays behind.
+TEST_F(Threads, TimedWaitsRaceTheirSignals) {
+    constexpr int COUNT = 1000;
+    const int before = ThreadCount();
+    int posted = 0;
+    int taken = 0;
+    for (int i = 0; i < COUNT; ++i) {
+        std::thread poster([&, i] {
+            const struct timespec time { 0, 900000 + i % 100 * 4000 };
+            nanosleep(&time, nullptr);
+            m_events[0].Post();
+        });
+        ++posted;
+        const int result = WaitForSingleObject(static_cast<CHandle*>(&m_events[0]), 1);
+        ASSERT_TRUE(result == 0 || result == 258) << result;
+        taken += result == 0 ? 1 : 0;
+        poster.join();
+    }
+    for (; m_events[0].TryWait() == WAIT_OBJECT_0; ++taken) {
+    }
+    EXPECT_EQ(posted, taken);
+    EXPECT_TRUE(ThreadCountFallsTo(before));
+}
+
+TEST_F(Threads, AreCancelledInATimedWait) {
+    const int before = ThreadCount();
+    for (int i = 0; i < 200; ++i) {
+        CThreadHandle thread;
+        const auto wait = [](void* event) {
+            return static_cast<CEventHandle*>(event)->TimedWait(AN_HOUR);
+        };
+        ASSERT_EQ(0U, thread.Create(wait, &m_events[0]));
+        if (i % 2 == 0) {
+            // Now and then the wait is under way.
+            while (ThreadCount() < before + 3) {
+                std::this_thread::yield();
+            }
+        }
+        thread.Cancel();
+        ASSERT_EQ(WAIT_OBJECT_0, thread.Wait());
+        ASSERT_TRUE(ThreadCountFallsTo(before));
+    }
+    m_events[0].Post();
+    EXPECT_EQ(WAIT_OBJECT_0, m_events[0].TimedWait(AN_HOUR)) << "nobody else waits";
+}
+
+TEST(Timespec, IsSecondsAndNanoseconds) {
+    struct {
+        unsigned int milliseconds;
+        time_t seconds;
+        long nanoseconds;
+    } const CASES[] = {
+        {0, 0, 0}, {999, 0, 999000000}, {1001, 1, 1000000}, {0xFFFFFFFF, 4294967, 295000000}};
+    for (const auto& expected : CASES) {
+        struct timespec time {};
+        CHandleSupport::MillisecondsToTimespec(expected.milliseconds, &time);
+        EXPECT_EQ(expected.seconds, time.tv_sec);
+        EXPECT_EQ(expected.nanoseconds, time.tv_nsec);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,33 @@
+// Second processes, and names that no test running at the same time uses.
+#pragma once
+
+#include <sys/types.h>
+
+#include <functional>
+#include <string>
+
+// A process that runs `body` and ends with its result, killed and waited for at the end of the
+// scope at the latest.
+class ChildProcess {
+public:
+    explicit ChildProcess(const std::function<int()>& body);
+    ~ChildProcess();
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+
+    pid_t Id() const { return m_id; }
+    // The exit code; -1 when a signal ended it.
+    int Wait();
+    void Kill();
+
+private:
+    pid_t m_id;
+};
+
+// A name of 5 characters for semaphores. `index` tells those of one test apart, below 36.
+std::string UniqueShortName(int index = 0);
+
+// How many threads this process has. One that was joined may count for a moment longer.
+int ThreadCount();
+// Whether the number falls to `count` in the time that a machine under load needs.
+bool ThreadCountFallsTo(int count);
