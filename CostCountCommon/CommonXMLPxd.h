@@ -103,6 +103,45 @@ public:
     // Sets the text of the first element of that tag in the walk.
     bool SetElementBySettingValue(void* start, unsigned int tagId, std::string value);
 
+    // --- The system setting file ---
+    //
+    // Read afresh on each call. The user's copy overrides the installed one setting by setting.
+
+    bool GetElementValueSysCommSettingFile(unsigned int tagId, std::string* value);
+    bool GetServiceName(std::string* value);
+    bool GetBaseTick(std::string* value);
+    bool GetErrLogLevel(std::string* value);
+    // Full names of the pipes, of the application's side or of the service's.
+    bool GetBNTPipeName(std::string* inName, std::string* outName, bool applicationSide);
+    bool GetDetchPipeName(std::string* name);
+    bool GetPrinterListFilePath(std::string* path);
+    bool GetDBSettingFilePath(std::string* path);
+    bool GetErrLogFilePath(std::string* path);
+    bool GetScheduledExportSettingFilePath(std::string* path);
+    bool GetScheduledExportLogFilePath(std::string* path);
+    // Numbers as atoi reads them. A null output is not read; one whose setting cannot be read stays
+    // as it is. The result is that of the last one read, false when there is none.
+    bool GetRetryData(int* usbRetryCount, int* usbRetryInterval, int* commuRetryCount,
+                      int* commuRetryInterval, int* checkCmsInterval, int* checkJobLogErrInterval,
+                      int* cancelInterval, int* searchTimeOut, int* searchTtl);
+    // Copies a setting into the first element of `targetTagId` in the walk from `start`, paths made
+    // full where the reader of the element expects it.
+    bool SetElementBySysComSettingValue(void* start, unsigned int targetTagId,
+                                        unsigned int settingTagId);
+
+    // --- The job-log database's setting file ---
+
+    // Writes the file in `folder`. 0, or 0xFFFFFFFF on failure.
+    unsigned int CreateDBSettingFile(const std::string& folder, const std::string& dbPath,
+                                     const std::string& dbVolume);
+    // Reads the file in `folder`. True when both were read.
+    bool GetDBSetting(const std::string& folder, std::string* dbPath, std::string* dbVolume);
+    // One value of the file that the system settings name, and copying one into an element of
+    // another document, as SetElementBySysComSettingValue does.
+    bool GetElementValueDBSettingFile(unsigned int tagId, std::string* value);
+    bool SetElementByDBSettingValue(void* start, unsigned int targetTagId,
+                                    unsigned int settingTagId);
+
 protected:
     // Entries may be added and taken away.
     std::map<unsigned int, std::string> m_XmlTagIDs;
