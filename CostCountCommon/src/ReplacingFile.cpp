@@ -70,11 +70,12 @@ ReplacingFile::~ReplacingFile() {
 }
 
 bool ReplacingFile::Create(const std::string& target, Placement placement) {
-    struct stat existing {};
     if (target.empty()) {
         errno = ENOENT;
         return false;
     }
+    // Commit finds out for good; this spares the caller the writing.
+    struct stat existing {};
     if (placement == Placement::EXCLUSIVE && lstat(target.c_str(), &existing) == 0) {
         errno = EEXIST;
         return false;

@@ -131,6 +131,27 @@ TEST_F(Preferences, AreGivenUpWhereTheyCannotLie) {
     EXPECT_EQ("", Preference());
 }
 
+TEST_F(Preferences, ThatCannotBeReadAreNotReplaced) {
+    WritePreferences("A=1\n");
+    ASSERT_EQ(0, chmod(m_file.c_str(), 0));
+    ASSERT_EQ(0, chmod(m_home.Path().c_str(), 0711));
+    const pid_t child = fork();
+    if (child == 0) {
+        const std::string folder = fs::path(m_file).parent_path();
+        if (geteuid() == 0 && (chown(folder.c_str(), 1234, 0) != 0 ||
+                               chown(m_file.c_str(), 1234, 0) != 0 || setuid(1234) != 0)) {
+            _exit(2);
+        }
+        SetPreferenceValue(KEY, "5");
+        _exit(Preference().empty() ? 0 : 1);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(0, status);
+    chmod(m_file.c_str(), 0600);
+    EXPECT_EQ("A=1\n", ReadFile(m_file));
+}
+
 // Each worker counts up in a key of its own and is killed over and over in the middle of it.
 TEST_F(Preferences, OfSeveralProcessesThatAreKilledAreAllKept) {
     constexpr int WORKERS = 3;

@@ -268,6 +268,7 @@ TEST_F(CopyFileTest, CopiesFromOtherFileSystems) {
     EXPECT_TRUE(CopyFile("/proc/version", m_to.c_str(), 0));
     EXPECT_EQ(ReadFile("/proc/version"), Read("to"));
     EXPECT_NE("", Read("to"));
+    fs::remove(m_to);  // protected against writing, as the first source is
 
     std::string other = "/dev/shm/tallyquist-test-XXXXXX";
     const int file = mkstemp(other.data());

@@ -37,20 +37,20 @@ bool CopyData(int from, ReplacingFile* to) {
     }
 }
 
-enum class Target { NEW, REPLACEABLE, SOURCE_ITSELF, UNUSABLE };
+enum class Target { USABLE, SOURCE_ITSELF, UNUSABLE };
 
 // Replacing a file takes no right to write it, but a copy over a file that is protected against
 // writing must fail all the same, and devices and pipes must never be replaced.
 Target ExamineTarget(const char* path, const struct stat& source) {
     struct stat existing {};
     if (stat(path, &existing) != 0) {
-        return errno == ENOENT ? Target::NEW : Target::UNUSABLE;
+        return errno == ENOENT ? Target::USABLE : Target::UNUSABLE;
     }
     if (existing.st_dev == source.st_dev && existing.st_ino == source.st_ino) {
         return Target::SOURCE_ITSELF;
     }
     return S_ISREG(existing.st_mode) && faccessat(AT_FDCWD, path, W_OK, AT_EACCESS) == 0
-               ? Target::REPLACEABLE
+               ? Target::USABLE
                : Target::UNUSABLE;
 }
 
@@ -67,11 +67,9 @@ bool CopyWholeFile(const char* from, const char* to, bool exclusive) {
     if (target == Target::SOURCE_ITSELF) {
         return !exclusive;
     }
-    if (target == Target::UNUSABLE || (exclusive && target != Target::NEW)) {
-        return false;
-    }
-    ReplacingFile copy;
-    return copy.Create(to, exclusive ? ReplacingFile::Placement::EXCLUSIVE
+    ReplacingFile copy;  // refuses an existing target of an exclusive copy itself
+    return target != Target::UNUSABLE &&
+           copy.Create(to, exclusive ? ReplacingFile::Placement::EXCLUSIVE
                                      : ReplacingFile::Placement::REPLACE) &&
            CopyData(source.Number(), &copy) &&
            CopyAttributes(source.Number(), status, copy.Descriptor()) && copy.Commit();
