@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "CostCountCommon/src/platform/Platform.h"
+#include "compatible/Ascii.h"
 
 namespace {
 
@@ -36,11 +37,7 @@ std::string Joined(std::string_view folder, std::string_view name) {
 }
 
 bool LiesInLoginItems(std::string_view path) {
-    constexpr std::string_view FOLDER = "loginitems";
-    return std::search(path.begin(), path.end(), FOLDER.begin(), FOLDER.end(), [](char a, char b) {
-               // Not tolower, which in a Turkish locale knows another letter i.
-               return (a >= 'A' && a <= 'Z' ? a - 'A' + 'a' : a) == b;
-           }) != path.end();
+    return ContainsAsciiNoCase(path, "LoginItems");
 }
 
 // Empty when there is none.
