@@ -56,7 +56,7 @@ std::string FolderInVariable(const char* variable) {
 }
 
 std::string BaseFolder(const char* variable, const char* path) {
-    const std::string named = FolderInVariable(variable);
+    std::string named = FolderInVariable(variable);
     if (!named.empty()) {
         return named;
     }
