@@ -18,6 +18,7 @@
 #include "host/common/Printable.h"
 #include "host/common/StandardOutput.h"
 #include "host/info/PapersCommand.h"
+#include "host/info/PathsCommand.h"
 #include "host/input/RowSource.h"
 
 namespace {
@@ -41,6 +42,7 @@ void KeepStandardDescriptors() {
 constexpr auto ADD_COMMANDS = std::to_array<tallyquist::Command (*)(CLI::App&)>({
     tallyquist::AddExportCommand,
     tallyquist::AddPapersCommand,
+    tallyquist::AddPathsCommand,
 });
 
 // Sends the user to the help of the command at hand, or of the program when there is none.
