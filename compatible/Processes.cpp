@@ -16,8 +16,7 @@ unsigned long GetCurrentThreadId() {
 }
 
 bool ProcessExists(int pid) {
-    // To kill, a number below 1 names a group of processes, or all of them.
-    return pid > 0 && (kill(pid, 0) == 0 || errno == EPERM);
+    return kill(pid, 0) == 0 || errno == EPERM;
 }
 
 unsigned GetLastError() {
