@@ -17,7 +17,8 @@ void* _beginthreadex(void*, unsigned, unsigned (*start)(void*), void* argument, 
 
 unsigned long GetThreadId(void* thread) {
     const auto* handle = dynamic_cast<CThreadHandle*>(static_cast<CHandle*>(thread));
-    return handle != nullptr ? handle->GetThread() : 0;
+    // As in GetCurrentThreadId.
+    return handle != nullptr ? reinterpret_cast<unsigned long>(handle->GetThread()) : 0;
 }
 
 int CloseHandle(void* handle) {

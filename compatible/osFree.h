@@ -157,7 +157,8 @@ void FreeLibrary(void* module);
 int GetCurrentProcessId();
 unsigned long GetCurrentThreadId();
 // Whether there is such a process, of any user. One that ended counts until its parent has waited
-// for it.
+// for it. 0 and negative numbers name groups of processes, as for kill, so the -1 of a failed launch
+// must not be asked for.
 bool ProcessExists(int pid);
 
 // Starts `start(argument)` on a new thread. Returns its handle, for the waits below and

@@ -3,9 +3,12 @@
 #include <unistd.h>
 
 #include <map>
+#include <memory>
+#include <string>
+#include <vector>
 
-#include "host/Version.h"
-#include "host/export/Errors.h"
+#include "host/common/Errors.h"
+#include "host/export/ExportCommand.h"
 
 namespace tallyquist {
 namespace {
@@ -34,85 +37,95 @@ Value ValueOf(const std::string& option, const std::string& word, const Words<Va
     throw UsageError(option + ": '" + word + "' is not one of " + known);
 }
 
-const CLI::Validator NOT_EMPTY(
-    [](const std::string& text) { return std::string(text.empty() ? "must not be empty" : ""); },
-    "");
+// What CLI11 fills; Options turns it into what the command takes.
+class ExportArguments {
+public:
+    explicit ExportArguments(CLI::App& program);
 
-}  // namespace
+    CLI::App* Line() const { return m_line; }
+
+    // Throws UsageError.
+    ExportOptions Options() const;
+
+private:
+    void AddInputOptions();
+    void AddSelectionOptions();
+    void AddOutputOptions();
+
+    CLI::App* m_line;
+    ExportOptions m_options;
+    std::string m_kind;
+    std::string m_values;
+    std::vector<std::string> m_types;
+};
 
 ExportArguments::ExportArguments(CLI::App& program)
-    : m_command(program.add_subcommand(
-          "export", "Turn printer job logs and tables into a file of comma-separated values.")) {
-    m_command->footer(
+    : m_line(AddCommandLine(
+          program, "export",
+          "Turn printer job logs and tables into a file of comma-separated values.")) {
+    m_line->footer(
         "The file appears under its name only when it is whole. Exit codes: 0 done, 1 failed, 2 "
-        "wrong "
-        "usage.");
-    m_command->set_version_flag("--version", "tallyquist " TALLYQUIST_VERSION);
+        "wrong usage.");
     AddInputOptions();
     AddSelectionOptions();
     AddOutputOptions();
 }
 
-// An option with a value. An empty one, such as an unset variable of a script gives, is a mistake.
-template <typename Value>
-CLI::Option* ExportArguments::AddText(const char* names, Value& value, const char* shape,
-                                      const char* meaning) {
-    return m_command->add_option(names, value, meaning)->option_text(shape)->check(NOT_EMPTY);
-}
-
 void ExportArguments::AddInputOptions() {
-    m_command->add_option("INPUT", m_options.input.paths,
-                          "Page logs, or CSV or TSV tables with a header; also gzipped. "
-                          "None, or -, reads standard input.");
-    AddText("--input", m_kind, "auto|page-log|csv|tsv",
+    m_line
+        ->add_option("INPUT", m_options.input.paths,
+                     "Page logs, or CSV or TSV tables with a header; also gzipped. "
+                     "None, or -, reads standard input.")
+        ->type_name("");
+    AddText(*m_line, "--input", m_kind, "auto|page-log|csv|tsv",
             "What the inputs are; recognised when not given.");
-    AddText("--log-format", m_options.input.logFormat, "FORMAT",
+    AddText(*m_line, "--log-format", m_options.input.logFormat, "FORMAT",
             "The PageLogFormat string that the page logs were written with.");
-    m_command->add_flag(
-        "--per-page", m_options.input.perPage,
-        "Keep the lines of logs that have one per page, instead of one row per job.");
+    m_line->add_flag("--per-page", m_options.input.perPage,
+                     "Keep the lines of logs that have one per page, instead of one row per job.");
     AddText(
-        "--type", m_types, "COLUMN=datetime|timespan",
+        *m_line, "--type", m_types, "COLUMN=datetime|timespan",
         "Marks a table's column as whole seconds since 1970 UTC (datetime) or whole seconds of a "
         "duration (timespan). May be repeated.")
         ->take_all()
         ->expected(1);
-    m_command->add_flag(
+    m_line->add_flag(
         "--strict", m_options.strict,
         "Fail when a line could be read in two ways, was cut, looks forged or cannot be "
         "read.");
 }
 
 void ExportArguments::AddSelectionOptions() {
-    AddText("--columns", m_options.selection.columns, "A,B,...",
+    AddText(*m_line, "--columns", m_options.selection.columns, "A,B,...",
             "The columns to write, in this order.")
         ->delimiter(',');
-    AddText("--from", m_options.from, "DATE",
+    AddText(*m_line, "--from", m_options.from, "DATE",
             "Leave out what was before this date (2026-11-21, or \"2026-11-21 09:46\").");
-    AddText("--to", m_options.to, "DATE", "Leave out what was after this date.");
-    AddText("--printer", m_options.selection.printers, "NAME",
+    AddText(*m_line, "--to", m_options.to, "DATE", "Leave out what was after this date.");
+    AddText(*m_line, "--printer", m_options.selection.printers, "NAME",
             "Only this printer. May be repeated.")
         ->take_all()
         ->expected(1);
-    AddText("--user", m_options.selection.users, "NAME", "Only this user. May be repeated.")
+    AddText(*m_line, "--user", m_options.selection.users, "NAME",
+            "Only this user. May be repeated.")
         ->take_all()
         ->expected(1);
-    AddText("--timezone", m_options.timeZone, "ZONE",
+    AddText(*m_line, "--timezone", m_options.timeZone, "ZONE",
             "The zone of the times written and of the dates given, such as Europe/Berlin.");
 }
 
 void ExportArguments::AddOutputOptions() {
-    AddText("-o,--output", m_options.output, "FILE (required)",
+    AddText(*m_line, "-o,--output", m_options.output, "FILE (required)",
             "The file to write; - is standard output.")
         ->required();
     AddText(
-        "--values", m_values, "portable|exact",
+        *m_line, "--values", m_values, "portable|exact",
         "portable (the default): change what CSV readers and spreadsheet programs would misread; "
         "exact: keep every byte.");
-    m_command->add_flag("--bom", m_options.byteOrderMark,
-                        "Begin the file with a UTF-8 byte order mark.");
-    m_command->add_flag("--force", m_options.force, "Replace an existing file.");
-    m_command->add_flag("-q,--quiet", m_options.quiet, "Print nothing but errors.");
+    m_line->add_flag("--bom", m_options.byteOrderMark,
+                     "Begin the file with a UTF-8 byte order mark.");
+    m_line->add_flag("--force", m_options.force, "Replace an existing file.");
+    m_line->add_flag("-q,--quiet", m_options.quiet, "Print nothing but errors.");
 }
 
 ExportOptions ExportArguments::Options() const {
@@ -139,6 +152,13 @@ ExportOptions ExportArguments::Options() const {
         throw UsageError("no INPUT was given, and standard input is a terminal");
     }
     return options;
+}
+
+}  // namespace
+
+Command AddExportCommand(CLI::App& program) {
+    const auto arguments = std::make_shared<ExportArguments>(program);
+    return {arguments->Line(), [arguments] { RunExport(arguments->Options()); }};
 }
 
 }  // namespace tallyquist

@@ -3,15 +3,22 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <array>
 #include <csignal>
 #include <cstdio>
 #include <exception>
 #include <new>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "host/ExportArguments.h"
 #include "host/Version.h"
-#include "host/export/Errors.h"
+#include "host/common/Errors.h"
+#include "host/common/Printable.h"
+#include "host/common/StandardOutput.h"
+#include "host/info/PapersCommand.h"
+#include "host/info/PathsCommand.h"
 #include "host/input/RowSource.h"
 
 namespace {
@@ -24,30 +31,65 @@ int Complain(ExitCode code, const char* text) {
 }
 
 // A parent may have closed them; then a file opened later would take the place of standard error
-// and get its messages.
+// and get its messages. What is written to a closed one fails as it would without this.
 void KeepStandardDescriptors() {
-    for (int descriptor = open("/dev/null", O_RDWR);
+    for (int descriptor = open("/dev/null", O_RDONLY);
          descriptor >= 0 && descriptor <= STDERR_FILENO;) {
-        descriptor = open("/dev/null", O_RDWR);
+        descriptor = open("/dev/null", O_RDONLY);
     }
+}
+
+constexpr auto ADD_COMMANDS = std::to_array<tallyquist::Command (*)(CLI::App&)>({
+    tallyquist::AddExportCommand,
+    tallyquist::AddPapersCommand,
+    tallyquist::AddPathsCommand,
+});
+
+// Sends the user to the help of the command at hand, or of the program when there is none.
+std::string UsageMessage(const CLI::App* program, const CLI::Error& error) {
+    std::string reason = error.what();
+    std::string line = program->get_name();
+    for (const CLI::App* command : program->get_subcommands()) {
+        line.append(" ").append(command->get_name());
+    }
+    if (program->get_subcommands().empty() && program->remaining_size() != 0) {
+        reason = tallyquist::Printable(program->remaining().front()).append(" is not a command");
+    }
+    return std::string("tallyquist: ")
+        .append(reason)
+        .append("\nRun '")
+        .append(line)
+        .append(" --help' for more information.\n");
+}
+
+// Prints the help or the version that was asked for, or what is wrong.
+int Answer(const CLI::App& program, const CLI::ParseError& error) {
+    std::ostringstream out;
+    std::ostringstream complaint;
+    const int code = program.exit(error, out, complaint);
+    tallyquist::WriteStandardOutput(out.str());
+    std::fputs(complaint.str().c_str(), stderr);
+    return code == 0 ? DONE : WRONG_USAGE;
 }
 
 int Run(int argc, char** argv) {
     CLI::App program("Printer job-cost accounting.", "tallyquist");
     program.set_version_flag("--version", "tallyquist " TALLYQUIST_VERSION);
     program.require_subcommand(1);
-    program.failure_message([](const CLI::App*, const CLI::Error& error) {
-        return std::string("tallyquist: ") + error.what() +
-               "\nRun 'tallyquist export --help' for more information.\n";
-    });
-    const tallyquist::ExportArguments exportArguments(program);
+    program.failure_message(UsageMessage);
+    std::vector<tallyquist::Command> commands;
+    for (const auto add : ADD_COMMANDS) {
+        commands.push_back(add(program));
+    }
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return program.exit(error) == 0 ? DONE : WRONG_USAGE;
+        return Answer(program, error);
     }
-    if (exportArguments.IsChosen()) {
-        tallyquist::RunExport(exportArguments.Options());
+    for (const tallyquist::Command& command : commands) {
+        if (command.line->parsed()) {
+            command.run();
+        }
     }
     return DONE;
 }

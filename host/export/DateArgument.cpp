@@ -6,7 +6,7 @@
 #include <ctime>
 #include <tuple>
 
-#include "host/export/Errors.h"
+#include "host/common/Errors.h"
 
 namespace tallyquist {
 namespace {

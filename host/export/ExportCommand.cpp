@@ -6,8 +6,8 @@
 #include <system_error>
 
 #include "CostCountCommon/include/PluginLocations.h"
+#include "host/common/Errors.h"
 #include "host/export/DateArgument.h"
-#include "host/export/Errors.h"
 #include "host/export/ExporterPlugin.h"
 #include "host/export/FindingReport.h"
 #include "host/export/OutputFile.h"

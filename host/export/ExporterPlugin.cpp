@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "CostCountCommon/src/platform/Platform.h"
-#include "host/export/Errors.h"
+#include "host/common/Errors.h"
 
 namespace tallyquist {
 namespace {

@@ -5,14 +5,14 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
 #include <vector>
 
-#include "host/export/Errors.h"
+#include "host/common/Errors.h"
+#include "host/common/StandardOutput.h"
 
 namespace tallyquist {
 namespace {
@@ -67,19 +67,6 @@ std::string TemporaryPattern(const fs::path& folder, const std::string& name) {
     std::string hidden = ".";
     hidden.append(name, 0, 200).append(".tallyquist-XXXXXX.part");
     return (folder / hidden).string();
-}
-
-bool WriteAll(int descriptor, const char* data, size_t size) {
-    while (size > 0) {
-        const ssize_t written = write(descriptor, data, size);
-        if (written < 0 && errno != EINTR) {
-            return false;
-        }
-        const size_t taken = written < 0 ? 0 : static_cast<size_t>(written);
-        data += taken;
-        size -= taken;
-    }
-    return true;
 }
 
 }  // namespace
@@ -199,16 +186,15 @@ void OutputFile::CopyToStandardOutput() {
         Fail(errno);
     }
     unlink(m_temporary.c_str());
-    // Nothing is left to clean up, so a reader that goes away may end this process as any filter's.
-    std::signal(SIGPIPE, SIG_DFL);
     std::vector<char> buffer(1 << 16);
     for (;;) {
         const ssize_t size = read(file.Number(), buffer.data(), buffer.size());
         if (size == 0) {
             return;
         }
-        if (size < 0 ? errno != EINTR
-                     : !WriteAll(STDOUT_FILENO, buffer.data(), static_cast<size_t>(size))) {
+        if (size > 0) {
+            WriteStandardOutput({buffer.data(), static_cast<size_t>(size)});
+        } else if (errno != EINTR) {
             Fail(errno);
         }
     }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "host/export/Errors.h"
+#include "host/common/Errors.h"
 
 namespace tallyquist {
 namespace {

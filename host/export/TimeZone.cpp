@@ -8,7 +8,7 @@
 #include <fstream>
 #include <system_error>
 
-#include "host/export/Errors.h"
+#include "host/common/Errors.h"
 
 namespace tallyquist {
 namespace {

@@ -8,7 +8,7 @@
 #include <set>
 #include <utility>
 
-#include "host/input/Printable.h"
+#include "host/common/Printable.h"
 
 namespace tallyquist {
 namespace {

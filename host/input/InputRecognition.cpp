@@ -5,10 +5,10 @@
 #include <array>
 #include <utility>
 
+#include "host/common/Printable.h"
 #include "host/input/DelimitedReader.h"
 #include "host/input/LogTime.h"
 #include "host/input/PageLogReader.h"
-#include "host/input/Printable.h"
 
 namespace tallyquist {
 namespace {

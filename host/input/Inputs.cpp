@@ -13,13 +13,13 @@
 #include <unordered_map>
 #include <utility>
 
+#include "host/common/Printable.h"
 #include "host/input/DelimitedReader.h"
 #include "host/input/InputRecognition.h"
 #include "host/input/JobSummer.h"
 #include "host/input/LineReader.h"
 #include "host/input/MediaSize.h"
 #include "host/input/PageLogReader.h"
-#include "host/input/Printable.h"
 #include "host/input/Record.h"
 
 namespace tallyquist {

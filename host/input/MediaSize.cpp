@@ -6,6 +6,8 @@
 #include <charconv>
 #include <cmath>
 
+#include "host/common/Thousandths.h"
+
 namespace tallyquist {
 namespace {
 
@@ -313,13 +315,7 @@ std::optional<MediaSize> ResolveMedia(std::string_view name) {
 }
 
 std::string FormatMillimetres(int64_t micrometres) {
-    std::string text = std::to_string(micrometres / 1000);
-    const int64_t rest = micrometres % 1000;
-    if (rest != 0) {
-        text += '.' + std::to_string(1000 + rest).substr(1);
-        text.erase(text.find_last_not_of('0') + 1);
-    }
-    return text;
+    return FormatThousandths(micrometres);
 }
 
 }  // namespace tallyquist

@@ -5,8 +5,8 @@
 #include <charconv>
 #include <utility>
 
+#include "host/common/Printable.h"
 #include "host/input/LogTime.h"
-#include "host/input/Printable.h"
 
 namespace tallyquist {
 namespace {

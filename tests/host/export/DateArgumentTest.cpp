@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/export/Errors.h"
+#include "host/common/Errors.h"
 #include "host/export/TimeZone.h"
 #include "tests/support/Environment.h"
 

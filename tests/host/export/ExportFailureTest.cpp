@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "tests/host/export/ProgramRun.h"
+#include "tests/host/common/ProgramRun.h"
 #include "tests/support/Environment.h"
 #include "tests/support/TempFolder.h"
 

@@ -1,4 +1,4 @@
-#include "tests/host/export/ProgramRun.h"
+#include "tests/host/common/ProgramRun.h"
 
 #include <sys/wait.h>
 

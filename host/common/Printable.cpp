@@ -1,6 +1,6 @@
-// Texts of unknown origin made fit for a message. External interface: Printable.
+// Texts of unknown origin made fit for a message. External interface: Visible, Printable.
 // A log may hold escape sequences that a terminal would obey.
-#include "host/input/Printable.h"
+#include "host/common/Printable.h"
 
 #include <algorithm>
 
@@ -38,7 +38,29 @@ size_t CharacterLength(std::string_view text) {
     return control || overlong || invalid || layout ? 0 : length;
 }
 
+// Takes a character off the front and appends it, or its first byte as \xNN.
+void ShowNext(std::string_view& text, std::string& shown) {
+    const size_t length = CharacterLength(text);
+    if (length == 0) {
+        const auto byte = static_cast<unsigned char>(text.front());
+        shown += "\\x";
+        shown += "0123456789ABCDEF"[byte >> 4U];
+        shown += "0123456789ABCDEF"[byte & 15U];
+    } else {
+        shown += text.substr(0, length);
+    }
+    text.remove_prefix(std::max<size_t>(length, 1));
+}
+
 }  // namespace
+
+std::string Visible(std::string_view text) {
+    std::string shown;
+    while (!text.empty()) {
+        ShowNext(text, shown);
+    }
+    return shown;
+}
 
 std::string Printable(std::string_view text) {
     std::string shown = "'";
@@ -46,16 +68,7 @@ std::string Printable(std::string_view text) {
         if (shown.size() > LONGEST) {
             return shown + "...'";
         }
-        const size_t length = CharacterLength(text);
-        if (length == 0) {
-            const auto byte = static_cast<unsigned char>(text.front());
-            shown += "\\x";
-            shown += "0123456789ABCDEF"[byte >> 4U];
-            shown += "0123456789ABCDEF"[byte & 15U];
-        } else {
-            shown += text.substr(0, length);
-        }
-        text.remove_prefix(std::max<size_t>(length, 1));
+        ShowNext(text, shown);
     }
     return shown + "'";
 }

@@ -6,8 +6,10 @@
 
 namespace tallyquist {
 
-// The text in single quotes: control characters and bytes that are not UTF-8 as \xNN, long texts
-// shortened.
+// The text with control characters and bytes that are not UTF-8 as \xNN.
+std::string Visible(std::string_view text);
+
+// The same in single quotes, long texts shortened.
 std::string Printable(std::string_view text);
 
 }  // namespace tallyquist
