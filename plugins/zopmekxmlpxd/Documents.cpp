@@ -30,16 +30,19 @@ bool TakeOver(int descriptor, const struct stat& existing) {
     return fchmod(descriptor, mode) == 0;
 }
 
-bool WriteFile(const std::string& path, const std::string& text) {
+void WriteFile(const std::string& path, const Document& document) {
     ReplacingFile file;
     struct stat existing {};
     const bool exists = stat(path.c_str(), &existing) == 0;
-    if (exists && (!S_ISREG(existing.st_mode) || access(path.c_str(), W_OK) != 0)) {
-        return false;
-    }
-    return file.Create(path, ReplacingFile::Placement::REPLACE) &&
-           (!exists || TakeOver(file.Descriptor(), existing)) &&
-           file.Write(text.data(), text.size()) && file.Commit();
+    Require(!exists || (S_ISREG(existing.st_mode) && access(path.c_str(), W_OK) == 0),
+            XMLPXD_FILE_NOT_WRITTEN);
+    Require(file.Create(path, ReplacingFile::Placement::REPLACE) &&
+                (!exists || TakeOver(file.Descriptor(), existing)),
+            XMLPXD_FILE_NOT_WRITTEN);
+    Serialize(document, Layout::INDENTED, XMLPXD_FILE_NOT_WRITTEN, [&file](std::string_view piece) {
+        Require(file.Write(piece.data(), piece.size()), XMLPXD_FILE_NOT_WRITTEN);
+    });
+    Require(file.Commit(), XMLPXD_FILE_NOT_WRITTEN);
 }
 
 }  // namespace
@@ -75,8 +78,9 @@ void DeleteDoc(PDOC document) {
 int GetXMLandAppDataBin(PDOC document, unsigned char* buffer, unsigned long size,
                         unsigned int* err) {
     return Answer(err, -1, [=] {
-        const std::string text =
-            Serialized(DocumentOf(document), Layout::AS_IT_IS, XMLPXD_OUT_OF_MEMORY);
+        std::string text;
+        Serialize(DocumentOf(document), Layout::AS_IT_IS, XMLPXD_OUT_OF_MEMORY,
+                  [&text](std::string_view piece) { text.append(piece); });
         if (IsFilling(buffer, size, text.size())) {
             std::copy(text.begin(), text.end(), buffer);
         }
@@ -87,8 +91,6 @@ int GetXMLandAppDataBin(PDOC document, unsigned char* buffer, unsigned long size
 unsigned int Save(PDOC document, const char* path) {
     return Outcome([=] {
         Require(path != nullptr, XMLPXD_INVALID_ARGUMENT);
-        const std::string text =
-            Serialized(DocumentOf(document), Layout::INDENTED, XMLPXD_FILE_NOT_WRITTEN);
-        Require(WriteFile(path, text), XMLPXD_FILE_NOT_WRITTEN);
+        WriteFile(path, DocumentOf(document));
     });
 }

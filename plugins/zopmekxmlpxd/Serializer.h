@@ -1,7 +1,8 @@
 // From a document to XML text.
 #pragma once
 
-#include <string>
+#include <functional>
+#include <string_view>
 
 #include "plugins/zopmekxmlpxd/Handles.h"
 
@@ -10,5 +11,9 @@ enum class Layout {
     INDENTED,  // anew, for people, without change to any text
 };
 
-// Throws Refusal with `tooLarge` for a text that could not be read again.
-std::string Serialized(const Document& document, Layout layout, XmlPxdError tooLarge);
+// Takes the text in pieces, so that a large one need not lie in memory.
+using TextSink = std::function<void(std::string_view)>;
+
+// Throws Refusal with `tooLarge` for a text that could not be read again, maybe after some of it
+// was given to the sink.
+void Serialize(const Document& document, Layout layout, XmlPxdError tooLarge, const TextSink& sink);
