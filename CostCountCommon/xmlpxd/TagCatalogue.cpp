@@ -381,8 +381,8 @@ unsigned int CCommonXmlPxd::AttributeID(std::string_view name) const {
 }
 
 // Every element that is read asks for its number. A derived class may have changed any entry since
-// the last operation, so the whole catalogue is compared; that costs no more than one look-up
-// without an index.
+// the last operation, so the whole catalogue is compared, once for all the elements that an
+// operation reads.
 void CCommonXmlPxd::IndexTags() {
     if (m_indexedTags == m_XmlTagIDs) {
         return;

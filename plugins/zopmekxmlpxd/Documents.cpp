@@ -78,9 +78,8 @@ void DeleteDoc(PDOC document) {
 int GetXMLandAppDataBin(PDOC document, unsigned char* buffer, unsigned long size,
                         unsigned int* err) {
     return Answer(err, -1, [=] {
-        std::string text;
-        Serialize(DocumentOf(document), Layout::AS_IT_IS, XMLPXD_OUT_OF_MEMORY,
-                  [&text](std::string_view piece) { text.append(piece); });
+        const std::string text =
+            Serialized(DocumentOf(document), Layout::AS_IT_IS, XMLPXD_OUT_OF_MEMORY);
         if (IsFilling(buffer, size, text.size())) {
             std::copy(text.begin(), text.end(), buffer);
         }

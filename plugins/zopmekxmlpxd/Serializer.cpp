@@ -290,3 +290,9 @@ void Serialize(const Document& document, Layout layout, XmlPxdError tooLarge,
                const TextSink& sink) {
     Serializer(layout, tooLarge, sink).Write(document.m_tree);
 }
+
+std::string Serialized(const Document& document, Layout layout, XmlPxdError tooLarge) {
+    std::string text;
+    Serialize(document, layout, tooLarge, [&text](std::string_view piece) { text.append(piece); });
+    return text;
+}

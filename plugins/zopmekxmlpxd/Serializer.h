@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <string_view>
 
 #include "plugins/zopmekxmlpxd/Handles.h"
@@ -14,6 +15,7 @@ enum class Layout {
 // Takes the text in pieces, so that a large one need not lie in memory.
 using TextSink = std::function<void(std::string_view)>;
 
-// Throws Refusal with `tooLarge` for a text that could not be read again, maybe after some of it
-// was given to the sink.
+// Both throw Refusal with `tooLarge` for a text that could not be read again; some of it may have
+// been given to the sink then.
 void Serialize(const Document& document, Layout layout, XmlPxdError tooLarge, const TextSink& sink);
+std::string Serialized(const Document& document, Layout layout, XmlPxdError tooLarge);
