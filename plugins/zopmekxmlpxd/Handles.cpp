@@ -40,7 +40,8 @@ pugi::xml_attribute AttributeOf(PNODE handle) {
 }
 
 bool IsText(pugi::xml_node node) {
-    return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
+    const pugi::xml_node_type type = node.type();
+    return type == pugi::node_pcdata || type == pugi::node_cdata;
 }
 
 pugi::xml_node ElementFrom(pugi::xml_node node) {

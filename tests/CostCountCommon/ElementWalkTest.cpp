@@ -106,7 +106,7 @@ Records Read(const Element& parent) {
 
 class RandomDocument {
 public:
-    explicit RandomDocument(std::mt19937& random) : m_random(random) { Grow(nullptr, 4); }
+    explicit RandomDocument(std::mt19937& random) : m_random(random) { m_root = Grow(nullptr, 4); }
 
     const std::string& Text() const { return m_text; }
     const std::vector<const Element*>& Elements() const { return m_elements; }
@@ -131,9 +131,6 @@ private:
             element->children.push_back(Grow(element.get(), levels - 1));
         }
         m_text.append("</").append(element->tag->name).append(">");
-        if (parent == nullptr) {
-            m_root = std::move(element);
-        }
         return element;
     }
 
