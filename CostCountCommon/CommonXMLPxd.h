@@ -15,6 +15,8 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "CostCountCommon/include/CommonXmlPxdData.h"
 #include "CostCountCommon/include/XmlPxdFunctions.h"
@@ -168,6 +170,6 @@ private:
     std::string m_systemSettingFile;
     void* m_root = nullptr;  // of the document opened last, owned by whoever opened it
 
-    std::map<unsigned int, std::string> m_indexedTags;  // what the index was made of
+    std::vector<std::pair<unsigned int, std::string>> m_indexedTags;  // what the index was made of
     std::unordered_map<std::string_view, unsigned int> m_tagIndex;
 };

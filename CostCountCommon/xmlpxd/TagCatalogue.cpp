@@ -384,10 +384,13 @@ unsigned int CCommonXmlPxd::AttributeID(std::string_view name) const {
 // the last operation, so the whole catalogue is compared, once for all the elements that an
 // operation reads.
 void CCommonXmlPxd::IndexTags() {
-    if (m_indexedTags == m_XmlTagIDs) {
+    if (std::equal(m_XmlTagIDs.begin(), m_XmlTagIDs.end(), m_indexedTags.begin(),
+                   m_indexedTags.end(), [](const auto& tag, const auto& indexed) {
+                       return tag.first == indexed.first && tag.second == indexed.second;
+                   })) {
         return;
     }
-    auto tags = m_XmlTagIDs;
+    decltype(m_indexedTags) tags(m_XmlTagIDs.begin(), m_XmlTagIDs.end());
     decltype(m_tagIndex) index;
     for (const auto& [id, text] : tags) {
         index.emplace(text, id);  // the first of a name stays
