@@ -1,7 +1,27 @@
 #include <pthread.h>
-#include "compatible/osFree.h"
-unsigned long GetCurrentThreadId() { return pthread_self(); }
-#include <ctime>
+#include <unistd.h>
+
 #include <cerrno>
+#include <csignal>
+
 #include "compatible/osFree.h"
-void Sleep(unsigned int ms) { const unsigned us = ms*1000U; struct timespec t{static_cast<time_t>(us/1000000U), static_cast<long>(us%1000000U*1000U)}; while (nanosleep(&t,&t)!=0 && errno==EINTR) {} }
+
+int GetCurrentProcessId() {
+    return getpid();
+}
+
+unsigned long GetCurrentThreadId() {
+    // An integer on one system, a pointer on another; the cast serves both.
+    return reinterpret_cast<unsigned long>(pthread_self());
+}
+
+bool ProcessExists(int pid) {
+    // To kill, a number below 1 names a group of processes, or all of them.
+    return pid > 0 && (kill(pid, 0) == 0 || errno == EPERM);
+}
+
+unsigned GetLastError() {
+    return 1;
+}
+
+void DoNothing() {}

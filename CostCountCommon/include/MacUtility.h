@@ -27,19 +27,20 @@ bool GetApplicationDataGroupContainerPath(std::string* path);
 bool GetApplicationDataGroupContainerAppSupportPath(std::string* path);
 // The user's folder for temporary files. Failures are logged.
 bool GetTempPath(std::string* path);
-// Stores `path` with a leading ~ or ~NAME replaced by that user's home folder. Nothing happens when
-// an argument is null.
+// Stores `path` with a leading ~ or ~NAME replaced by that user's home folder, and as it is when
+// there is no such user. Nothing happens when an argument is null or the result is not UTF-8.
 void PathToPathByExpandingTildePath(const char* path, std::string* expanded);
 
 // --- Resources ---
 
-// The main application's resources folder. In a login item that lies outside any LoginItems folder
-// the result is true and `*path` stays as it is: callers rely on that.
+// The main application's resources folder. In a login item that lies outside any LoginItems folder,
+// and when the folder's path is not UTF-8, the result is true and `*path` stays as it is: callers
+// rely on that.
 bool GetResourcesPath(std::string* path);
 // The resources folder of qvtrelCore.plugin; empty when there is no such bundle.
 std::string GetPluginResourcesPath();
 // The text of `key` in the main bundle's string table for the user's language. All bits set when
-// there is one, else 0 and an empty `*text`.
+// there is one, else 0 and an empty `*text`; 0 also for a null argument.
 int LoadResourceString(const char* key, std::string* text);
 // How many languages the main bundle has resources for.
 int localizationsCount();
@@ -65,11 +66,12 @@ unsigned int IsValidPreferenceKey(const char* key, unsigned int* valid);
 
 // Starts the program at `modulePath` with `params` as its single argument, never through a shell.
 // The child inherits environment, user and standard streams, and no other descriptor. Failures are
-// logged.
+// logged; text that is not UTF-8 or holds a NUL is one.
 //
 // CreateProcessAsUser returns the process identifier at once, or -1; the caller waits for the child
-// (waitpid) or ignores SIGCHLD, else it stays in the process table. ExecuteProcess waits and
-// returns the exit status, 0 for a child that a signal ended, or -1.
+// (waitpid) or ignores SIGCHLD, else it stays in the process table. ExecuteProcess waits, as a
+// cancellation point, and returns the exit status, 0 for a child that a signal ended, or -1; always
+// -1, after the wait, in a process that ignores SIGCHLD.
 int CreateProcessAsUser(const std::string& modulePath, const std::string& params);
 int ExecuteProcess(const std::string& modulePath, const std::string& params);
 
@@ -84,5 +86,6 @@ bool CheckConnectBNT(std::string path);
 // Appends the names of the entries of the pattern's folder in which its last component is found,
 // sorted. The component is a regular expression in which * stands for any text; it may match
 // anywhere in the name, and a dot matches any character. Entries whose names are not UTF-8 are left
-// out.
+// out. A pattern without a slash names no folder and gives nothing, like a folder that cannot be
+// read or an expression with a mistake.
 void MacGetFileList(const std::string& pattern, std::vector<std::string>& names);

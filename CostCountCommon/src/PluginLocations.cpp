@@ -5,72 +5,25 @@
 #include <exception>
 #include <string_view>
 
+#include "CostCountCommon/src/BundleFolders.h"
 #include "CostCountCommon/src/platform/Platform.h"
 
 namespace {
 
-ApplicationType gAppType = APPLICATION_TYPE_MAIN;
-
-constexpr std::string_view PLUGINS_FOLDER = "PlugIns";
-constexpr std::string_view HELPERS_FOLDER = "Helpers";
-
-// A login item's bundle is MAIN.app/Contents/Library/LoginItems/ITEM.app. From its plug-ins folder
-// five components lead up to the main application's Contents, from its Contents four.
-constexpr int CLIMB_FROM_PLUGINS = 5;
-constexpr int CLIMB_FROM_CONTENTS = 4;
-
-std::string_view LastComponent(std::string_view path) {
-    return path.substr(path.rfind('/') + 1);
-}
-
-std::string WithoutLastComponents(std::string_view path, int count) {
-    for (; count > 0; --count) {
-        const size_t slash = path.rfind('/');
-        path = path.substr(0, slash == std::string_view::npos ? 0 : slash);
-    }
-    return std::string(path);
-}
-
-std::string Joined(std::string_view folder, std::string_view name) {
-    return std::string(folder).append("/").append(name);
-}
-
-bool LiesInLoginItems(std::string_view path) {
-    constexpr std::string_view FOLDER = "loginitems";
-    return std::search(path.begin(), path.end(), FOLDER.begin(), FOLDER.end(), [](char a, char b) {
-               // Not tolower, which in a Turkish locale knows another letter i.
-               return (a >= 'A' && a <= 'Z' ? a - 'A' + 'a' : a) == b;
-           }) != path.end();
-}
-
-// Empty when there is none.
-std::string PluginFolder() {
-    const std::string builtIn = platform::BuiltInPlugInsFolder();
-    if (builtIn.empty()) {
-        return {};
-    }
-    if (gAppType == APPLICATION_TYPE_LOGIN_ITEM) {
-        return LiesInLoginItems(builtIn)
-                   ? Joined(WithoutLastComponents(builtIn, CLIMB_FROM_PLUGINS),
-                            LastComponent(builtIn))
-                   : std::string();
-    }
-    const std::string support = platform::SupportFilesFolder();
-    return LastComponent(support) == HELPERS_FOLDER
-               ? Joined(WithoutLastComponents(support, 1), PLUGINS_FOLDER)
-               : builtIn;
-}
+using bundle::IsHelper;
+using bundle::Joined;
+using bundle::PluginFolder;
+using bundle::WithoutLastComponents;
 
 // The folder that contains the main application bundle.
 std::string InstallFolder() {
     const std::string plugins = PluginFolder();
-    const bool insideApplication = gAppType == APPLICATION_TYPE_LOGIN_ITEM ||
-                                   LastComponent(platform::SupportFilesFolder()) == HELPERS_FOLDER;
-    const std::string bundle = insideApplication
-                                   ? WithoutLastComponents(plugins, 2)  // PlugIns, Contents
-                                   : platform::MainBundleFolder();
-    const std::string folder = WithoutLastComponents(bundle, 1);
-    return folder.empty() && !bundle.empty() ? "/" : folder;
+    const bool insideApplication = GetAppType() == APPLICATION_TYPE_LOGIN_ITEM || IsHelper();
+    const std::string application = insideApplication
+                                        ? WithoutLastComponents(plugins, 2)  // PlugIns, Contents
+                                        : platform::MainBundleFolder();
+    const std::string folder = WithoutLastComponents(application, 1);
+    return folder.empty() && !application.empty() ? "/" : folder;
 }
 
 bool Store(const std::string& text, std::string* path) {
@@ -88,15 +41,15 @@ bool InPluginFolder(std::string_view name, std::string* path) {
 }
 
 bool HelperTool(std::string_view relative, std::string* path) {
-    if (gAppType != APPLICATION_TYPE_LOGIN_ITEM) {
+    if (GetAppType() != APPLICATION_TYPE_LOGIN_ITEM) {
         // Taken literally for a tool in Helpers too, which so looks in a Helpers folder of its own.
         const std::string builtIn = platform::BuiltInPlugInsFolder();
         return Store(
             builtIn.empty() ? builtIn : Joined(WithoutLastComponents(builtIn, 1), relative), path);
     }
-    const std::string support = platform::SupportFilesFolder();
-    if (LiesInLoginItems(support)) {
-        *path = Joined(WithoutLastComponents(support, CLIMB_FROM_CONTENTS), relative);
+    const auto contents = bundle::MainContentsFromContents(platform::SupportFilesFolder());
+    if (contents) {
+        *path = Joined(*contents, relative);
     }
     return true;
 }
@@ -138,14 +91,6 @@ constexpr std::array<Location, 19> LOCATIONS{{
 }};
 
 }  // namespace
-
-ApplicationType GetAppType() {
-    return gAppType;
-}
-
-void SetAppType(ApplicationType type) {
-    gAppType = type;
-}
 
 bool GetPluginFilePath(const char* key, std::string* path) try {
     if (key == nullptr || path == nullptr) {

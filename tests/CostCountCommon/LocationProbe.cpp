@@ -1,15 +1,49 @@
-// Usage: location_probe APPLICATION_TYPE KEY ... Prints a line per key: the result and the output,
-// which is "unchanged" when the library leaves it alone.
+// Usage: location_probe APPLICATION_TYPE WHAT ... Prints a line per key of GetPluginFilePath, or
+// name of another function: the result and the output, which is "unchanged" when the library leaves
+// it alone.
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
-#include "CostCountCommon/include/PluginLocations.h"
+#include "CostCountCommon/include/MacUtility.h"
+
+namespace {
+
+bool StorePath(CFURLRef url, std::string* path) {
+    if (url == nullptr) {
+        return false;
+    }
+    unsigned char buffer[4096] = {};
+    const bool fits = CFURLGetFileSystemRepresentation(url, 1, buffer, sizeof buffer) != 0;
+    CFRelease(url);
+    path->assign(reinterpret_cast<const char*>(buffer));
+    return fits;
+}
+
+bool Find(const std::string& what, std::string* path) {
+    if (what == "GetResourcesPath") {
+        return GetResourcesPath(path);
+    }
+    if (what == "GetPluginResourcesPath") {
+        *path = GetPluginResourcesPath();
+        return !path->empty();
+    }
+    if (what == "CreatePluginURLRef") {
+        return StorePath(CreatePluginURLRef("name"), path);
+    }
+    if (what == "CreatePluginFolderURLRef") {
+        return StorePath(CreatePluginFolderURLRef(), path);
+    }
+    return GetPluginFilePath(what.c_str(), path);
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
     SetAppType(static_cast<ApplicationType>(std::atoi(argv[1])));
     for (int i = 2; i < argc; ++i) {
         std::string path = "unchanged";
-        const bool found = GetPluginFilePath(argv[i], &path);
+        const bool found = Find(argv[i], &path);
         std::printf("%d %s\n", found ? 1 : 0, path.c_str());
     }
     return 0;

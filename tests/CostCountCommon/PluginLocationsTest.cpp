@@ -25,6 +25,10 @@ protected:
         return Run(folder + "/probe " + std::to_string(type) + " " + keys);
     }
 
+    void CreateCorePlugin(const std::string& contents) {
+        fs::create_directories(m_root.Path(contents + "/PlugIns/qvtrelCore.plugin"));
+    }
+
     std::string Run(const std::string& command) {
         const std::unique_ptr<FILE, int (*)(FILE*)> output(popen(m_root.Path(command).c_str(), "r"),
                                                            pclose);
@@ -43,14 +47,21 @@ protected:
     ScopedVariable m_contents{"TALLYQUIST_CONTENTS", nullptr};
 };
 
-constexpr const char* KEYS = "applogger_path bnt_path install_path sconp_path";
+constexpr const char* KEYS =
+    "applogger_path bnt_path install_path sconp_path GetResourcesPath GetPluginResourcesPath "
+    "CreatePluginFolderURLRef CreatePluginURLRef";
 
 TEST_F(PluginLocations, OfTheApplication) {
+    CreateCorePlugin("R/T.app/Contents");
     const std::string expected =
         "1 ROOT/T.app/Contents/PlugIns/zopmekLogger.plugin\n"
         "1 ROOT/T.app/Contents/Helpers/qvtrelBnt\n"
         "1 ROOT\n"
-        "1 ROOT/T.app/Contents/PlugIns/sconp_path\n";
+        "1 ROOT/T.app/Contents/PlugIns/sconp_path\n"
+        "1 ROOT/T.app/Contents/Resources\n"
+        "1 ROOT/T.app/Contents/PlugIns/qvtrelCore.plugin/Contents/Resources\n"
+        "1 ROOT/T.app/Contents/PlugIns\n"
+        "1 ROOT/T.app/Contents/PlugIns/name\n";
     EXPECT_EQ(expected, Probe("R/T.app/Contents/Linux", 2, KEYS));
     {
         const ScopedVariable contents("TALLYQUIST_CONTENTS",
@@ -67,25 +78,36 @@ TEST_F(PluginLocations, OfAnApplicationStartedThroughALink) {
 }
 
 TEST_F(PluginLocations, OfAToolInHelpers) {
+    CreateCorePlugin("R/T.app/Contents");
     EXPECT_EQ(
         "1 ROOT/T.app/Contents/PlugIns/zopmekLogger.plugin\n"
         "1 ROOT/T.app/Contents/Helpers/Helpers/qvtrelBnt\n"
         "1 ROOT\n"
-        "1 ROOT/T.app/Contents/PlugIns/sconp_path\n",
+        "1 ROOT/T.app/Contents/PlugIns/sconp_path\n"
+        "1 ROOT/T.app/Contents/Helpers/Resources\n"
+        "1 ROOT/T.app/Contents/PlugIns/qvtrelCore.plugin/Contents/Resources\n"
+        "1 ROOT/T.app/Contents/PlugIns\n"
+        "1 ROOT/T.app/Contents/PlugIns/name\n",
         Probe("R/T.app/Contents/Helpers", 2, KEYS));
 }
 
 TEST_F(PluginLocations, OfALoginItem) {
+    CreateCorePlugin("R/T.app/Contents");
     EXPECT_EQ(
         "1 ROOT/T.app/Contents/PlugIns/zopmekLogger.plugin\n"
         "1 ROOT/T.app/Contents/Helpers/qvtrelBnt\n"
         "1 ROOT\n"
-        "1 ROOT/T.app/Contents/PlugIns/sconp_path\n",
+        "1 ROOT/T.app/Contents/PlugIns/sconp_path\n"
+        "1 ROOT/T.app/Contents/Resources\n"
+        "1 ROOT/T.app/Contents/PlugIns/qvtrelCore.plugin/Contents/Resources\n"
+        "1 ROOT/T.app/Contents/PlugIns\n"
+        "1 ROOT/T.app/Contents/PlugIns/name\n",
         Probe("R/T.app/Contents/Library/loginITEMS/Item.app/Contents/Linux", 3, KEYS));
 }
 
 TEST_F(PluginLocations, OfALoginItemThatLiesElsewhere) {
-    EXPECT_EQ("0 \n1 unchanged\n0 \n0 \n", Probe("R/Item.app/Contents/Linux", 3, KEYS));
+    EXPECT_EQ("0 \n1 unchanged\n0 \n0 \n1 unchanged\n0 \n0 unchanged\n0 unchanged\n",
+              Probe("R/Item.app/Contents/Linux", 3, KEYS));
 }
 
 TEST_F(PluginLocations, OfAPlainFolder) {
@@ -93,7 +115,11 @@ TEST_F(PluginLocations, OfAPlainFolder) {
         "1 ROOT/tools/PlugIns/zopmekLogger.plugin\n"
         "1 ROOT/tools/Helpers/qvtrelBnt\n"
         "1 ROOT\n"
-        "1 ROOT/tools/PlugIns/sconp_path\n",
+        "1 ROOT/tools/PlugIns/sconp_path\n"
+        "1 ROOT/tools/Resources\n"
+        "0 \n"
+        "1 ROOT/tools/PlugIns\n"
+        "1 ROOT/tools/PlugIns/name\n",
         Probe("R/tools", 2, KEYS));
 }
 

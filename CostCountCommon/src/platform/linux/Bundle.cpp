@@ -1,5 +1,7 @@
 // Where the main bundle lies, answered from folders: the application that TALLYQUIST_CONTENTS
 // names, else the one around an executable in Contents/Linux, else the executable's own folder.
+#include "CostCountCommon/src/platform/linux/Bundle.h"
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -14,6 +16,8 @@ namespace platform {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr char RESOURCES_FOLDER[] = "Resources";
 
 struct MainBundle {
     fs::path folder;
@@ -66,10 +70,25 @@ std::string BuiltInPlugInsFolder() {
     return InContents("PlugIns");
 }
 
-std::string MainBundleVersion() {
+std::string ResourcesFolder() {
+    return InContents(RESOURCES_FOLDER);
+}
+
+std::string ResourcesFolderOf(const std::string& path) {
+    std::error_code error;
+    const fs::path folder(path);
+    return fs::is_directory(folder, error) ? (folder / "Contents" / RESOURCES_FOLDER).string()
+                                           : std::string();
+}
+
+std::string MainBundleProperty(std::string_view key) {
     std::ifstream file(InContents("Info.plist"), std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    return PropertyListString(text, "CFBundleVersion");
+    return PropertyListString(text, key);
+}
+
+std::string MainBundleVersion() {
+    return MainBundleProperty("CFBundleVersion");
 }
 
 }  // namespace platform

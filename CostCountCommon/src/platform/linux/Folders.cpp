@@ -1,45 +1,34 @@
-// Folders of the user after the XDG base directory rules.
-#include <pwd.h>
-#include <unistd.h>
-
-#include <cstdlib>
-#include <vector>
+// Folders of the user.
+#include <string>
 
 #include "CostCountCommon/src/platform/Platform.h"
+#include "CostCountCommon/src/platform/linux/HomeFolder.h"
 
 namespace platform {
-namespace {
 
-std::string HomeFolder() {
-    const char* home = std::getenv("HOME");
-    if (home != nullptr && *home == '/') {
-        return home;
-    }
-    std::vector<char> buffer(16384);
-    struct passwd record {};
-    struct passwd* found = nullptr;
-    if (getpwuid_r(getuid(), &record, buffer.data(), buffer.size(), &found) == 0 &&
-        found != nullptr && found->pw_dir != nullptr) {
-        return found->pw_dir;
-    }
-    return {};
+std::string ApplicationSupportFolder() {
+    return BaseFolder("XDG_DATA_HOME", ".local/share");
 }
-
-std::string DataHomeFolder() {
-    // The rules say to ignore a value that is not absolute.
-    const char* named = std::getenv("XDG_DATA_HOME");
-    if (named != nullptr && *named == '/') {
-        return named;
-    }
-    const std::string home = HomeFolder();
-    return home.empty() ? home : home + "/.local/share";
-}
-
-}  // namespace
 
 std::string GroupContainerFolder(const char* group) {
-    const std::string folder = DataHomeFolder();
-    return folder.empty() ? folder : folder + "/" + group;
+    const std::string folder = ApplicationSupportFolder();
+    return folder.empty() ? folder : FolderFollowedBy(folder, std::string("/").append(group));
+}
+
+std::string TemporaryFolder() {
+    const std::string named = FolderInVariable("TMPDIR");
+    return named.empty() ? "/tmp" : named;
+}
+
+std::string ExpandTilde(const std::string& path) {
+    if (path.empty() || path.front() != '~') {
+        return path;
+    }
+    const size_t end = path.find('/');
+    const std::string user = path.substr(1, end == std::string::npos ? end : end - 1);
+    const std::string home = user.empty() ? HomeFolder() : HomeFolderOf(user);
+    const std::string rest = end == std::string::npos ? std::string() : path.substr(end);
+    return home.empty() ? path : FolderFollowedBy(home, rest);
 }
 
 }  // namespace platform

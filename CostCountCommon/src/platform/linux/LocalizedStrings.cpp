@@ -1,0 +1,130 @@
+// Texts of the main bundle in the user's language, from Resources/LANGUAGE.lproj. The language is
+// told by the variables of the locale, in the way and order of the message catalogues.
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string_view>
+#include <system_error>
+
+#include "CostCountCommon/src/platform/Platform.h"
+#include "CostCountCommon/src/platform/linux/Bundle.h"
+#include "CostCountCommon/src/platform/linux/StringsFile.h"
+
+namespace platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr char TABLE[] = "Localizable.strings";
+constexpr char LANGUAGE_EXTENSION[] = ".lproj";
+// What is larger is no table of texts, and not worth the memory.
+constexpr uintmax_t MAX_TABLE_SIZE = 16 * 1024 * 1024;
+
+std::string_view Variable(const char* name) {
+    const char* value = std::getenv(name);
+    return value != nullptr ? value : std::string_view();
+}
+
+std::string_view LocaleName() {
+    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        if (!Variable(name).empty()) {
+            return Variable(name);
+        }
+    }
+    return {};
+}
+
+// The written form that folders are named after where the locale names a territory.
+std::string_view ChineseScript(std::string_view territory) {
+    constexpr std::array<std::string_view, 2> SIMPLIFIED{"CN", "SG"};
+    constexpr std::array<std::string_view, 3> TRADITIONAL{"TW", "HK", "MO"};
+    if (std::find(SIMPLIFIED.begin(), SIMPLIFIED.end(), territory) != SIMPLIFIED.end()) {
+        return "zh-Hans";
+    }
+    return std::find(TRADITIONAL.begin(), TRADITIONAL.end(), territory) != TRADITIONAL.end()
+               ? "zh-Hant"
+               : "";
+}
+
+// The names that the folder of a locale such as de_AT.UTF-8@euro may have, the closest one first.
+void AddFolderNames(std::string_view locale, std::vector<std::string>* names) {
+    const std::string_view plain = locale.substr(0, locale.find_first_of(".@"));
+    // A name with a slash would lead out of the resources.
+    if (plain.empty() || plain.find('/') != std::string_view::npos) {
+        return;
+    }
+    names->emplace_back(plain);
+    const size_t split = plain.find_first_of("_-");
+    if (split == std::string_view::npos) {
+        return;
+    }
+    const std::string_view language = plain.substr(0, split);
+    const std::string_view territory = plain.substr(split + 1);
+    names->push_back(std::string(language).append("-").append(territory));
+    if (language == "zh" && !ChineseScript(territory).empty()) {
+        names->emplace_back(ChineseScript(territory));
+    }
+    names->emplace_back(language);
+}
+
+std::vector<std::string> FolderNames() {
+    std::vector<std::string> names;
+    const std::string_view locale = LocaleName();
+    if (!locale.empty() && locale != "C" && locale != "POSIX") {
+        for (std::string_view list = Variable("LANGUAGE"); !list.empty();) {
+            const size_t end = std::min(list.find(':'), list.size());
+            AddFolderNames(list.substr(0, end), &names);
+            list.remove_prefix(std::min(end + 1, list.size()));
+        }
+        AddFolderNames(locale, &names);
+    }
+    AddFolderNames(MainBundleProperty("CFBundleDevelopmentRegion"), &names);
+    AddFolderNames("en", &names);
+    return names;
+}
+
+std::string TableText(const fs::path& path) {
+    std::error_code error;
+    const uintmax_t size = fs::file_size(path, error);
+    if (error || size > MAX_TABLE_SIZE) {
+        return {};
+    }
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+}  // namespace
+
+std::optional<std::string> LocalizedString(const char* key) {
+    const fs::path resources = ResourcesFolder();
+    for (const std::string& name : FolderNames()) {
+        const fs::path path = resources / (name + LANGUAGE_EXTENSION) / TABLE;
+        std::error_code error;
+        if (fs::is_regular_file(path, error)) {
+            // One table serves all keys: a text that it lacks is not taken from another language.
+            const auto table = ParseStringsFile(TableText(path));
+            const auto found = table.find(key);
+            return found != table.end() ? std::optional(found->second) : std::nullopt;
+        }
+    }
+    return std::nullopt;
+}
+
+int LocalizationsCount() {
+    int count = 0;
+    std::error_code error;
+    for (fs::directory_iterator entry(ResourcesFolder(), error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::error_code unknown;
+        if (entry->path().extension() == LANGUAGE_EXTENSION && entry->is_directory(unknown)) {
+            ++count;
+        }
+    }
+    return count;
+}
+
+}  // namespace platform

@@ -1,0 +1,59 @@
+#include <gtest/gtest.h>
+#include <locale.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "CostCountCommon/include/MacUtility.h"
+#include "tests/support/TempFolder.h"
+
+namespace {
+
+TEST(FileList, HoldsWhatThePatternIsFoundIn) {
+    const TempFolder folder;
+    for (const char* name :
+         {"xcfg", "a.cfg", "a.cfg.bak", "b.txt", ".hidden.cfg", "\u00E9", "\xFF.cfg"}) {
+        WriteFile(folder.Path(name), "");
+    }
+    std::filesystem::create_directory(folder.Path("empty"));
+    using Names = std::vector<std::string>;
+    const struct {
+        const char* pattern;  // after the folder
+        Names expected;
+    } rows[] = {
+        {"/*.cfg", {".hidden.cfg", "a.cfg", "a.cfg.bak", "xcfg"}},
+        {"//a*g//", {"a.cfg", "a.cfg.bak"}},
+        {"/txt", {"b.txt"}},
+        {"/^.$", {"\u00E9"}},  // one character, two bytes
+        {"/(b|x)[.c]", {"b.txt", "xcfg"}},
+        {"/A.CFG", {}},
+        {"/[", {}},
+        {"/(", {}},
+        {"/\xFF", {}},
+        {"/empty/*", {}},
+        {"/missing/*", {}},
+        {"/a.cfg/*", {}},
+    };
+    for (const auto& row : rows) {
+        Names names{"earlier"};
+        MacGetFileList(folder.Path().append(row.pattern), names);
+        ASSERT_EQ("earlier", names.at(0));
+        names.erase(names.begin());
+        EXPECT_EQ(row.expected, names) << row.pattern;
+    }
+    EXPECT_EQ(LC_GLOBAL_LOCALE, uselocale(nullptr));
+}
+
+TEST(FileList, IsEmptyWithoutAFolderOrAName) {
+    std::vector<std::string> names;
+    for (const std::string& pattern : {std::string(), std::string("*"), std::string("/"),
+                                       std::string("//"), std::string("/*\0", 3)}) {
+        MacGetFileList(pattern, names);
+        EXPECT_EQ(0U, names.size()) << pattern;
+    }
+    MacGetFileList("/^proc$", names);
+    EXPECT_EQ(std::vector<std::string>{"proc"}, names);
+}
+
+}  // namespace
