@@ -2,7 +2,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstring>
+#include <algorithm>
 #include <string>
 
 #include "CostCountCommon/src/ReplacingFile.h"
@@ -78,7 +78,7 @@ int GetXMLandAppDataBin(PDOC document, unsigned char* buffer, unsigned long size
         const std::string text =
             Serialized(DocumentOf(document), Layout::AS_IT_IS, XMLPXD_OUT_OF_MEMORY);
         if (IsFilling(buffer, size, text.size())) {
-            std::memcpy(buffer, text.data(), text.size());
+            std::copy(text.begin(), text.end(), buffer);
         }
         return static_cast<int>(text.size());
     });

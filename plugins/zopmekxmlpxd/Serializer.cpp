@@ -10,8 +10,8 @@ namespace {
 
 // Deeper elements are indented like these: every line of a deep document would else be as long as
 // it is deep.
-constexpr size_t MAX_INDENTED_LEVELS = 16;
-constexpr std::string_view INDENTATION = "                                ";
+constexpr size_t MAX_INDENTED_LEVELS = 8;
+constexpr std::string_view INDENTATION = "                ";
 static_assert(INDENTATION.size() == 2 * MAX_INDENTED_LEVELS);
 
 // What may stand between elements for the eye only. A carriage return stood in a reference, so
@@ -125,7 +125,7 @@ private:
     void WriteLeaf(pugi::xml_node node) {
         switch (node.type()) {
             case pugi::node_pcdata:
-                WriteEscaped(node.value(), "&<>\r");
+                WriteEscaped(node.value(), false);
                 break;
             case pugi::node_cdata:
                 m_out.append("<![CDATA[").append(node.value()).append("]]>");
@@ -147,19 +147,24 @@ private:
 
     void WriteAttribute(pugi::xml_attribute attribute) {
         m_out.append(" ").append(attribute.name()).append("=\"");
-        WriteEscaped(attribute.value(), "&<\"\r\n\t");
+        WriteEscaped(attribute.value(), true);
         m_out += '"';
     }
 
-    void WriteEscaped(std::string_view text, std::string_view special) {
+    void WriteEscaped(std::string_view text, bool inAttribute) {
+        const auto isSpecial = [inAttribute](char c) {
+            return c == '&' || c == '<' || c == '\r' ||
+                   (inAttribute ? c == '"' || c == '\n' || c == '\t' : c == '>');
+        };
+        auto rest = text.begin();
         while (true) {
-            const size_t plain = std::min(text.find_first_of(special), text.size());
-            m_out.append(text.substr(0, plain));
-            if (plain == text.size()) {
+            const auto special = std::find_if(rest, text.end(), isSpecial);
+            m_out.append(rest, special);
+            if (special == text.end()) {
                 return;
             }
-            WriteReference(text[plain]);
-            text.remove_prefix(plain + 1);
+            WriteReference(*special);
+            rest = special + 1;
         }
     }
 
