@@ -26,9 +26,12 @@ void LogError(unsigned int line, const char* message, int code = 0) {
     LibLogger().WriteLog(SOURCE, line, 'e', static_cast<unsigned int>(code), "%s", message);
 }
 
+// Final: the class has no virtual destructor, so only what cannot be derived from may be deleted.
+class OwnedXml final : public CCommonXmlPxd {};
+
 // A new object bound to the parser plug-in, or null.
-std::unique_ptr<CCommonXmlPxd> BoundXml() {
-    std::unique_ptr<CCommonXmlPxd> xml(new (std::nothrow) CCommonXmlPxd);
+std::unique_ptr<OwnedXml> BoundXml() {
+    std::unique_ptr<OwnedXml> xml(new (std::nothrow) OwnedXml);
     if (xml == nullptr) {
         LogError(__LINE__, "failed to allocate CCommonXmlPxd.");
         return nullptr;
@@ -52,7 +55,7 @@ bool CCommonUtility::GetDBSetting(const std::string& folder, std::string* dbPath
         LogError(__LINE__, "invalid parameter.");
         return false;
     }
-    const std::unique_ptr<CCommonXmlPxd> xml = BoundXml();
+    const std::unique_ptr<OwnedXml> xml = BoundXml();
     if (xml == nullptr) {
         return false;
     }
@@ -68,7 +71,7 @@ bool CCommonUtility::GetDBSetting(const std::string& folder, std::string* dbPath
 unsigned int CCommonUtility::CreateDBSettingFile(const std::string& folder,
                                                  const std::string& dbPath,
                                                  const std::string& dbVolume) try {
-    const std::unique_ptr<CCommonXmlPxd> xml = BoundXml();
+    const std::unique_ptr<OwnedXml> xml = BoundXml();
     if (xml == nullptr) {
         return NOT_CREATED;
     }

@@ -47,7 +47,7 @@ unsigned int CCommonXmlPxd::CreateDBSettingFile(const std::string& folder,
             "SetElementBySettingValue(joblogdb_volume)");
         return NOT_CREATED;
     }
-    const XmlPxdSave* const save = m_FunctionsXmlPxd->Save;
+    XmlPxdSave* const save = m_FunctionsXmlPxd->Save;
     return save != nullptr &&
                    save(m_document, (folder + CCommonUtility::GetDBSettingsFileName()).c_str()) ==
                        XMLPXD_OK
