@@ -19,3 +19,21 @@ struct PROCESS_INFORMATION {
     uint32_t dwProcessId;
     uint32_t dwThreadId;
 };
+
+// The kind of data that a folder is for (CCommonUtility::GetDataFolderBase).
+using MANAGEMENT_DATA_TYPE = uint32_t;
+enum : MANAGEMENT_DATA_TYPE {
+    MANAGEMENT_DATA_DB_SETTING = 0,
+    MANAGEMENT_DATA_SYSTEM_SETTING = 1,  // the user's copy
+    MANAGEMENT_DATA_LOCAL_2 = 2,
+    MANAGEMENT_DATA_LOCAL_3 = 3,
+    MANAGEMENT_DATA_PRINTER_LIST = 4,
+    MANAGEMENT_DATA_LOCAL_5 = 5,
+    MANAGEMENT_DATA_LAST_GET_LOG = 6,  // and the logs of connections
+    MANAGEMENT_DATA_LOG = 7,           // of errors and actions
+    MANAGEMENT_DATA_JOBLOG_DB = 8,
+    MANAGEMENT_DATA_SCHEDULED_EXPORT = 9,
+    MANAGEMENT_DATA_MACHINE = 10,  // of all users
+    MANAGEMENT_DATA_11 = 11,
+    MANAGEMENT_DATA_PIPE = 12,
+};

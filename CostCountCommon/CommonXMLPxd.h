@@ -1,0 +1,178 @@
+// The application's XML files and messages, through the XML parser plug-in.
+//
+// An object is bound to the plug-in by InitializeXmlPxd; before that, and after FinishXmlPxd, every
+// operation fails quietly. Elements are named by the numbers of XmlTagIds.h. One object serves one
+// thread at a time. No exception leaves it.
+//
+// Handles of nodes that an operation returns belong to the caller until DeleteNode. An error
+// parameter receives 0, 2 for a tag or an element's name that is not in the catalogue, or the
+// plug-in's code (XmlPxdFunctions.h). What goes wrong is printed, a line each, on standard output
+// where nothing else is said.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "CostCountCommon/include/CommonXmlPxdData.h"
+#include "CostCountCommon/include/XmlPxdFunctions.h"
+#include "CostCountCommon/include/XmlTagIds.h"
+
+class CCommonXmlPxd {
+public:
+    CCommonXmlPxd() = default;
+    // Not virtual: the table of virtual functions begins with the three below. Objects of derived
+    // classes are not deleted through this one.
+    ~CCommonXmlPxd();
+    CCommonXmlPxd(const CCommonXmlPxd&) = delete;
+    CCommonXmlPxd& operator=(const CCommonXmlPxd&) = delete;
+
+    // --- Binding ---
+
+    // The template of commands, below the core plug-in's resources.
+    virtual const char* getBNTCmdBase() const;
+
+    // --- Documents ---
+
+    // Opens the object's own document, closing an earlier one, and returns its root element, null
+    // on failure. With `fromResources` the path is one below the core plug-in's resources.
+    virtual void* OpenXml(std::string path, bool fromResources);
+
+    // The installed copy of the system setting file. False when there is no such folder.
+    virtual bool GetSystemSettingFileFullPath(std::string* path);
+
+    // Binds the object once. `systemSettingPath` is the name of the system setting file; the
+    // plug-in lies at `parserPath`, with `joinPaths` at `installPath` and `parserPath` run
+    // together. True when the plug-in was loaded, even when it lacks entries: what needs those then
+    // fails.
+    bool InitializeXmlPxd(std::string systemSettingPath, std::string installPath,
+                          std::string parserPath, bool joinPaths);
+    // Fills the table of the plug-in's entries; for InitializeXmlPxd.
+    void LoadAPIsXmlPxd();
+    // Closes the object's document and lets go of the plug-in.
+    void FinishXmlPxd();
+
+    // Opens a document that the caller gives back with CloseXml(document), and returns its root
+    // element, null on failure.
+    void* OpenXml(std::string path, void** document);
+    void CloseXml(void* document);
+    // Closes the object's own document.
+    void CloseXml();
+    // Null is ignored.
+    void DeleteNode(void* node);
+
+    // --- The catalogue ---
+
+    // Fill the catalogues, once; for InitializeXmlPxd.
+    void CreateMapSystemCommonSettingTags();
+    void CreateMapCommandKeys();
+    // The lowest number of that name, with `second` the next one; 0 when there is none. Names of
+    // attributes count too.
+    unsigned int GetElementID(std::string name, bool second);
+    unsigned int GetAttributeID(std::string name);
+    // How many attributes an element of that number carries.
+    unsigned int hasAttribute(unsigned int id) const;
+
+    // --- Elements ---
+    //
+    // Null arguments, and numbers beyond the catalogue's, fail at once and leave `*err` as it is.
+
+    // The first element of that tag that a walk from `start`, which is not looked at, meets.
+    void* SearchElement(void* start, unsigned int tagId, unsigned int* err);
+    // The first child element of that tag.
+    void* SearchParentElement(void* parent, unsigned int tagId, unsigned int* err);
+    // The next element of the walk: the first child of a container, else the next sibling, else the
+    // parent's next sibling. It deliberately climbs no further. `tagId` is what `node` is, or
+    // NODE_SELF.
+    void* GetNextNode(void* node, unsigned int tagId, unsigned int* err);
+    // How many elements of that name lie below `node`; all bits set on failure.
+    unsigned int GetElementNumber(void* node, std::string name, unsigned int* err);
+    // Reads an element. A record that could not be filled stays as it was.
+    bool GetElementData(void* node, CCommonXmlPxdElementData* record, unsigned int* err);
+    // Reads as many elements as `parent` has child elements, as the walk meets them, into a chain.
+    // True when all were read.
+    bool GetElements(void* parent, CCommonXmlPxdElementData** first, unsigned int* err);
+    // Gives a record back with all that are chained to it. Null is ignored.
+    void releaseElementData(CCommonXmlPxdElementData* first);
+    // The text of the first element of that tag, among the children only or in the walk.
+    bool GetElementValueWithSearch(void* start, int tagId, bool childOnly, std::string* value,
+                                   unsigned int* err);
+    // Sets the text of the first element of that tag in the walk.
+    bool SetElementBySettingValue(void* start, unsigned int tagId, std::string value);
+
+    // --- The system setting file ---
+    //
+    // Read afresh on each call. The user's copy overrides the installed one setting by setting.
+
+    bool GetElementValueSysCommSettingFile(unsigned int tagId, std::string* value);
+    bool GetServiceName(std::string* value);
+    bool GetBaseTick(std::string* value);
+    bool GetErrLogLevel(std::string* value);
+    // Full names of the pipes, of the application's side or of the service's.
+    bool GetBNTPipeName(std::string* inName, std::string* outName, bool applicationSide);
+    bool GetDetchPipeName(std::string* name);
+    bool GetPrinterListFilePath(std::string* path);
+    bool GetDBSettingFilePath(std::string* path);
+    bool GetErrLogFilePath(std::string* path);
+    bool GetScheduledExportSettingFilePath(std::string* path);
+    bool GetScheduledExportLogFilePath(std::string* path);
+    // Numbers as atoi reads them. A null output is not read; one whose setting cannot be read stays
+    // as it is. The result is that of the last one read, false when there is none.
+    bool GetRetryData(int* usbRetryCount, int* usbRetryInterval, int* commuRetryCount,
+                      int* commuRetryInterval, int* checkCmsInterval, int* checkJobLogErrInterval,
+                      int* cancelInterval, int* searchTimeOut, int* searchTtl);
+    // Copies a setting into the first element of `targetTagId` in the walk from `start`, paths made
+    // full where the reader of the element expects it.
+    bool SetElementBySysComSettingValue(void* start, unsigned int targetTagId,
+                                        unsigned int settingTagId);
+
+    // --- The job-log database's setting file ---
+
+    // Writes the file in `folder`. 0, or 0xFFFFFFFF on failure.
+    unsigned int CreateDBSettingFile(const std::string& folder, const std::string& dbPath,
+                                     const std::string& dbVolume);
+    // Reads the file in `folder`. True when both were read.
+    bool GetDBSetting(const std::string& folder, std::string* dbPath, std::string* dbVolume);
+    // One value of the file that the system settings name, and copying one into an element of
+    // another document, as SetElementBySysComSettingValue does.
+    bool GetElementValueDBSettingFile(unsigned int tagId, std::string* value);
+    bool SetElementByDBSettingValue(void* start, unsigned int targetTagId,
+                                    unsigned int settingTagId);
+
+protected:
+    // Entries may be added and taken away.
+    std::map<unsigned int, std::string> m_XmlTagIDs;
+    std::map<unsigned int, std::string> m_CommandKeys;
+
+private:
+    void* m_library = nullptr;
+
+protected:
+    // Null while the object is unbound.
+    std::shared_ptr<XMLPXD_FUNCLIST> m_FunctionsXmlPxd;
+
+private:
+    struct TextHash {
+        using is_transparent = void;
+        size_t operator()(std::string_view text) const {
+            return std::hash<std::string_view>{}(text);
+        }
+    };
+
+    unsigned int FirstElementID(std::string_view name);
+    unsigned int AttributeID(std::string_view name) const;
+    // The number of an element of that name, which depends on the parent's for a printer. 0, with
+    // the reason in `*err`, when it has none or its parent cannot be read.
+    unsigned int ElementIDOf(void* node, const std::string& name, unsigned int* err);
+    void* Step(void* node, unsigned int tagId, unsigned int* err);
+
+    void* m_document = nullptr;
+    std::string m_systemSettingFile;
+    void* m_root = nullptr;  // of the document opened last, owned by whoever opened it
+
+    std::unordered_map<std::string, unsigned int, TextHash, std::equal_to<>> m_tagIndex;
+    size_t m_indexedTags = 0;  // how many entries the index was made of
+};

@@ -1,0 +1,179 @@
+// Reading elements into records, and their texts alone. Its external interface is the reading and
+// writing part of CCommonXmlPxd.
+#include <exception>
+#include <new>
+#include <utility>
+#include <vector>
+
+#include "CostCountCommon/CommonXMLPxd.h"
+#include "CostCountCommon/src/Log.h"
+#include "CostCountCommon/xmlpxd/Print.h"
+#include "CostCountCommon/xmlpxd/XmlNode.h"
+
+namespace {
+
+using xmlpxd::ReadText;
+using xmlpxd::TextResult;
+
+constexpr const char* SOURCE = "CommonXmlPxd";
+
+template <typename Entry>
+bool Read(const XMLPXD_FUNCLIST& functions, Entry* XMLPXD_FUNCLIST::*entry, PNODE node,
+          std::string* text, unsigned int* err) {
+    return ReadText(functions, entry, node, text, err) == TextResult::READ;
+}
+
+// The handles of all attributes; false on failure.
+bool ListAttributes(const XMLPXD_FUNCLIST& functions, PNODE node, std::vector<XmlNode>* attributes,
+                    unsigned int* err) {
+    if (functions.GetAttributes == nullptr) {
+        *err = XMLPXD_INVALID_ARGUMENT;
+        return false;
+    }
+    unsigned int work = 0;
+    const unsigned int count = functions.GetAttributes(node, nullptr, 0, &work, err);
+    if (*err != XMLPXD_OK || count == 0) {
+        return *err == XMLPXD_OK;
+    }
+    std::vector<PNODE> handles(count, nullptr);
+    attributes->reserve(count);
+    const unsigned int given = functions.GetAttributes(node, handles.data(), count, &work, err);
+    for (PNODE handle : handles) {
+        attributes->emplace_back(functions, handle);
+    }
+    return *err == XMLPXD_OK && given == count;
+}
+
+}  // namespace
+
+bool CCommonXmlPxd::GetElementData(void* node, CCommonXmlPxdElementData* record,
+                                   unsigned int* err) try {
+    if (m_FunctionsXmlPxd == nullptr || node == nullptr || record == nullptr || err == nullptr) {
+        return false;
+    }
+    const XMLPXD_FUNCLIST& functions = *m_FunctionsXmlPxd;
+    CCommonXmlPxdElementData data;
+    if (!Read(functions, &XMLPXD_FUNCLIST::GetElementName, node, &data.m_Name, err)) {
+        return false;
+    }
+    data.m_ElementID = ElementIDOf(node, data.m_Name, err);
+    if (data.m_ElementID == XMLTAG_NONE || !Read(functions, &XMLPXD_FUNCLIST::GetElementText, node,
+                                                 &data.m_Values.emplace_back(), err)) {
+        return false;
+    }
+    std::vector<XmlNode> attributes;
+    if (!ListAttributes(functions, node, &attributes, err)) {
+        return false;
+    }
+    for (const XmlNode& attribute : attributes) {
+        std::string& name = data.m_AttributeNames.emplace_back();
+        std::string& value = data.m_AttributeValues.emplace_back();
+        if (!Read(functions, &XMLPXD_FUNCLIST::GetAttributeName, attribute.Get(), &name, err) ||
+            !Read(functions, &XMLPXD_FUNCLIST::GetAttributeValue, attribute.Get(), &value, err)) {
+            return false;
+        }
+        data.m_AttributeIDs.push_back(AttributeID(name));
+    }
+    data.m_Next = record->m_Next;
+    *record = std::move(data);
+    return true;
+} catch (const std::exception&) {
+    *err = XMLPXD_OUT_OF_MEMORY;
+    return false;
+}
+
+bool CCommonXmlPxd::GetElements(void* parent, CCommonXmlPxdElementData** first, unsigned int* err) {
+    if (first != nullptr) {
+        *first = nullptr;
+    }
+    if (m_FunctionsXmlPxd == nullptr || m_FunctionsXmlPxd->GetAllChildElements == nullptr ||
+        parent == nullptr || first == nullptr || err == nullptr) {
+        return false;
+    }
+    const XMLPXD_FUNCLIST& functions = *m_FunctionsXmlPxd;
+    unsigned int work = 0;
+    const unsigned int count = functions.GetAllChildElements(parent, nullptr, 0, &work, err);
+    if (*err != XMLPXD_OK) {
+        return false;
+    }
+    XmlNode current;
+    CCommonXmlPxdElementData** end = first;
+    for (unsigned int i = 0; i < count; ++i) {
+        PNODE from = current ? current.Get() : parent;
+        current = XmlNode(functions, GetNextNode(from, NODE_SELF, err));
+        if (!current) {
+            return false;
+        }
+        std::unique_ptr<CCommonXmlPxdElementData> record(new (std::nothrow)
+                                                             CCommonXmlPxdElementData);
+        if (record == nullptr) {
+            LibLogger().WriteLog(SOURCE, __LINE__, 'e', 0, "new CCommonXmlPxdElementData failed.");
+            return false;
+        }
+        if (!GetElementData(current.Get(), record.get(), err)) {
+            return false;
+        }
+        *end = record.release();
+        end = &(*end)->m_Next;
+    }
+    return true;
+}
+
+void CCommonXmlPxd::releaseElementData(CCommonXmlPxdElementData* first) {
+    while (first != nullptr) {
+        delete std::exchange(first, first->m_Next);
+    }
+}
+
+bool CCommonXmlPxd::GetElementValueWithSearch(void* start, int tagId, bool childOnly,
+                                              std::string* value, unsigned int* err) {
+    if (m_FunctionsXmlPxd == nullptr) {
+        return false;
+    }
+    if (start == nullptr || value == nullptr || err == nullptr || tagId <= 0 ||
+        tagId > static_cast<int>(XMLTAG_LAST)) {
+        Print("CCommonXmlPxd::GetElementValueWithSearch() ERROR: PARAMETER");
+        return false;
+    }
+    const auto tag = static_cast<unsigned int>(tagId);
+    const XmlNode element(*m_FunctionsXmlPxd, childOnly ? SearchParentElement(start, tag, err)
+                                                        : SearchElement(start, tag, err));
+    // The messages name the reader of the database settings: those who look for them know them so.
+    if (!element) {
+        Print(childOnly ? "CCommonXmlPxd::GetDBSetting() ERROR: SearchParentElement(ElementID=%d)\n"
+                        : "CCommonXmlPxd::GetDBSetting() ERROR: SearchElement(ElementID=%d)\n",
+              tagId);
+        return false;
+    }
+    CCommonXmlPxdElementData data;
+    if (!GetElementData(element.Get(), &data, err)) {
+        Print("CCommonXmlPxd::GetDBSetting() ERROR: GetElementData(ElementID=%d), err_code=%u\n",
+              tagId, *err);
+        return false;
+    }
+    value->swap(data.m_Values.front());
+    return true;
+}
+
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
+bool CCommonXmlPxd::SetElementBySettingValue(void* start, unsigned int tagId, std::string value) {
+    if (m_FunctionsXmlPxd == nullptr) {
+        return false;
+    }
+    unsigned int err = XMLPXD_OK;
+    const XmlNode element(*m_FunctionsXmlPxd, SearchElement(start, tagId, &err));
+    if (!element || err != XMLPXD_OK) {
+        Print(
+            "CCommonXmlPxd::SetElementBySettingValue() ERROR: SearchElement(1) in_CmdTagID=%u, "
+            "errCode=%u\n",
+            tagId, err);
+        return false;
+    }
+    err = xmlpxd::SetText(*m_FunctionsXmlPxd, element.Get(), value, XMLPXD_MACHINE_TEXT);
+    if (err != XMLPXD_OK) {
+        Print("CCommonXmlPxd::SetElementBySettingValue() ERROR: SetElementValue(2) errCode = %u\n",
+              err);
+        return false;
+    }
+    return true;
+}

@@ -1,0 +1,176 @@
+// Finding elements: the walk and the searches along it. Its external interface is the searching
+// part of CCommonXmlPxd.
+#include <exception>
+
+#include "CostCountCommon/CommonXMLPxd.h"
+#include "CostCountCommon/xmlpxd/Print.h"
+#include "CostCountCommon/xmlpxd/TagCatalogue.h"
+#include "CostCountCommon/xmlpxd/XmlNode.h"
+
+namespace {
+
+using xmlpxd::NodeFrom;
+using xmlpxd::ReadText;
+using xmlpxd::TextResult;
+
+constexpr unsigned int NO_NUMBER = 0xFFFFFFFF;
+
+bool IsTag(unsigned int tagId) {
+    return tagId > XMLTAG_NONE && tagId <= XMLTAG_LAST;
+}
+
+bool ReadName(const XMLPXD_FUNCLIST& functions, PNODE node, std::string* name, unsigned int* err) {
+    return ReadText(functions, &XMLPXD_FUNCLIST::GetElementName, node, name, err) ==
+           TextResult::READ;
+}
+
+// The first of these children, siblings included, that has the name; what goes wrong is printed.
+XmlNode ChildOfName(const XMLPXD_FUNCLIST& functions, PNODE parent, const std::string& name,
+                    unsigned int* err) {
+    XmlNode child = NodeFrom(functions, &XMLPXD_FUNCLIST::GetFirstChild, parent, err);
+    if (!child) {
+        Print("CCommonXmlPxd::SearchParentElement() ERROR: GetFirstChild() errcode=%u\n", *err);
+        return {};
+    }
+    std::string childName;
+    for (;;) {
+        switch (
+            ReadText(functions, &XMLPXD_FUNCLIST::GetElementName, child.Get(), &childName, err)) {
+            case TextResult::NO_SIZE:
+                Print("CCommonXmlPxd::SearchParentElement() ERROR: GetElementName(1) errcode=%u\n",
+                      *err);
+                return {};
+            case TextResult::NOT_READ:
+                Print("CCommonXmlPxd::SearchParentElement() ERROR: GetElementName(2) errcode=%u\n",
+                      *err);
+                return {};
+            case TextResult::READ:
+                break;
+        }
+        if (childName == name) {
+            return child;
+        }
+        child = NodeFrom(functions, &XMLPXD_FUNCLIST::GetNextSibling, child.Get(), err);
+        if (!child) {
+            Print("CCommonXmlPxd::SearchParentElement() ERROR: GetNextSibling() errcode=%u\n",
+                  *err);
+            return {};
+        }
+    }
+}
+
+}  // namespace
+
+unsigned int CCommonXmlPxd::ElementIDOf(void* node, const std::string& name, unsigned int* err) {
+    unsigned int id = FirstElementID(name);
+    if (id == XMLTAG_PRN_PRINTER) {
+        // Printers of the user settings and of the printer list are told apart by the list.
+        const XMLPXD_FUNCLIST& functions = *m_FunctionsXmlPxd;
+        const XmlNode parent = NodeFrom(functions, &XMLPXD_FUNCLIST::GetParentNode, node, err);
+        std::string parentName;
+        if (parent ? !ReadName(functions, parent.Get(), &parentName, err)
+                   : *err != XMLPXD_NO_SUCH_NODE) {
+            return XMLTAG_NONE;
+        }
+        if (parent && FirstElementID(parentName) == XMLTAG_USER_PRINTERLIST) {
+            id = GetElementID(name, true);
+        }
+    }
+    *err = id == XMLTAG_NONE ? XMLPXD_NOT_IN_CATALOGUE : XMLPXD_OK;
+    return id;
+}
+
+void* CCommonXmlPxd::GetNextNode(void* node, unsigned int tagId, unsigned int* err) try {
+    if (m_FunctionsXmlPxd == nullptr || node == nullptr || err == nullptr ||
+        (tagId != NODE_SELF && !IsTag(tagId))) {
+        return nullptr;
+    }
+    if (tagId == NODE_SELF) {
+        std::string name;
+        if (!ReadName(*m_FunctionsXmlPxd, node, &name, err)) {
+            return nullptr;
+        }
+        tagId = ElementIDOf(node, name, err);
+        if (tagId == XMLTAG_NONE) {
+            return nullptr;
+        }
+    }
+    return Step(node, tagId, err);
+} catch (const std::exception&) {
+    *err = XMLPXD_OUT_OF_MEMORY;
+    return nullptr;
+}
+
+void* CCommonXmlPxd::Step(void* node, unsigned int tagId, unsigned int* err) {
+    const XMLPXD_FUNCLIST& functions = *m_FunctionsXmlPxd;
+    if (IsContainer(tagId)) {
+        return NodeFrom(functions, &XMLPXD_FUNCLIST::GetFirstChild, node, err).Release();
+    }
+    XmlNode sibling = NodeFrom(functions, &XMLPXD_FUNCLIST::GetNextSibling, node, err);
+    if (!sibling) {
+        const XmlNode parent = NodeFrom(functions, &XMLPXD_FUNCLIST::GetParentNode, node, err);
+        if (parent) {
+            sibling = NodeFrom(functions, &XMLPXD_FUNCLIST::GetNextSibling, parent.Get(), err);
+        }
+    }
+    return sibling.Release();
+}
+
+void* CCommonXmlPxd::SearchElement(void* start, unsigned int tagId, unsigned int* err) try {
+    if (m_FunctionsXmlPxd == nullptr || start == nullptr || err == nullptr || !IsTag(tagId)) {
+        return nullptr;
+    }
+    const XMLPXD_FUNCLIST& functions = *m_FunctionsXmlPxd;
+    const auto wanted = m_XmlTagIDs.find(tagId);
+    if (wanted == m_XmlTagIDs.end()) {
+        *err = XMLPXD_NOT_IN_CATALOGUE;
+        return nullptr;
+    }
+    std::string name;
+    for (XmlNode candidate(functions, GetNextNode(start, NODE_SELF, err)); candidate;) {
+        if (!ReadName(functions, candidate.Get(), &name, err)) {
+            return nullptr;
+        }
+        if (name == wanted->second) {
+            return candidate.Release();
+        }
+        const unsigned int id = FirstElementID(name);
+        if (id == XMLTAG_NONE) {
+            *err = XMLPXD_NOT_IN_CATALOGUE;
+            return nullptr;
+        }
+        candidate = XmlNode(functions, Step(candidate.Get(), id, err));
+    }
+    return nullptr;
+} catch (const std::exception&) {
+    *err = XMLPXD_OUT_OF_MEMORY;
+    return nullptr;
+}
+
+void* CCommonXmlPxd::SearchParentElement(void* parent, unsigned int tagId, unsigned int* err) try {
+    if (m_FunctionsXmlPxd == nullptr || parent == nullptr || err == nullptr || !IsTag(tagId)) {
+        return nullptr;
+    }
+    const auto wanted = m_XmlTagIDs.find(tagId);
+    if (wanted == m_XmlTagIDs.end()) {
+        *err = XMLPXD_NOT_IN_CATALOGUE;
+        Print("CCommonXmlPxd::SearchParentElement() ERROR: m_XmlTagIDs.end()");
+        return nullptr;
+    }
+    return ChildOfName(*m_FunctionsXmlPxd, parent, wanted->second, err).Release();
+} catch (const std::exception&) {
+    *err = XMLPXD_OUT_OF_MEMORY;
+    return nullptr;
+}
+
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
+unsigned int CCommonXmlPxd::GetElementNumber(void* node, std::string name, unsigned int* err) {
+    if (m_FunctionsXmlPxd == nullptr || m_FunctionsXmlPxd->GetElementsByElementName == nullptr ||
+        node == nullptr || err == nullptr) {
+        return NO_NUMBER;
+    }
+    unsigned int work = 0;
+    const unsigned int number =
+        m_FunctionsXmlPxd->GetElementsByElementName(node, name.c_str(), nullptr, 0, &work, err);
+    return *err == XMLPXD_OK ? number : NO_NUMBER;
+}

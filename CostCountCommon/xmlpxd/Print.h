@@ -1,0 +1,5 @@
+// What the XML layer says of its failures.
+#pragma once
+
+// Prints a message as one whole line on standard output; a line feed is added when it has none.
+void Print(const char* format, ...) __attribute__((format(printf, 1, 2)));

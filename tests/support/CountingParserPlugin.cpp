@@ -1,0 +1,274 @@
+// The code of the counting parser.
+#include <algorithm>
+#include <map>
+#include <string>
+
+#include "CostCountCommon/include/XmlPxdFunctions.h"
+#include "tests/support/XmlParserModule.h"
+
+namespace {
+
+struct Ledger {
+    std::map<void*, int> nodes;
+    std::map<void*, int> documents;
+    std::map<std::string, int> calls;
+    int strayReleases = 0;
+    std::string plannedEntry;
+    int callsUntilFailure = 0;  // 0 when no failure is planned
+    unsigned int plannedError = 0;
+    bool hasFailed = false;
+};
+
+Ledger& TheLedger() {
+    static Ledger ledger;
+    return ledger;
+}
+
+const XMLPXD_FUNCLIST& Real() {
+    static const XMLPXD_FUNCLIST table = LoadXmlParser(XML_PARSER);
+    return table;
+}
+
+// Counts the call; the error it is to end with, or 0.
+unsigned int Planned(const char* entry) {
+    Ledger& ledger = TheLedger();
+    ++ledger.calls[entry];
+    const bool isMeant = ledger.plannedEntry.empty() || ledger.plannedEntry == entry;
+    if (!isMeant || ledger.callsUntilFailure == 0 || --ledger.callsUntilFailure > 0) {
+        return XMLPXD_OK;
+    }
+    ledger.hasFailed = true;
+    return ledger.plannedError;
+}
+
+template <typename Result, typename... Parameters, typename... Arguments>
+Result Call(const char* entry, Result failure, unsigned int* err, Result (*real)(Parameters...),
+            Arguments... arguments) {
+    if (const unsigned int error = Planned(entry)) {
+        *err = error;
+        return failure;
+    }
+    return real(arguments..., err);
+}
+
+template <typename... Parameters, typename... Arguments>
+unsigned int CallForError(const char* entry, unsigned int (*real)(Parameters...),
+                          Arguments... arguments) {
+    const unsigned int error = Planned(entry);
+    return error != XMLPXD_OK ? error : real(arguments...);
+}
+
+void* Given(std::map<void*, int>& live, void* handle) {
+    if (handle != nullptr) {
+        ++live[handle];
+    }
+    return handle;
+}
+
+PNODE GivenNode(PNODE node) {
+    return Given(TheLedger().nodes, node);
+}
+
+PDOC GivenDocument(PDOC document) {
+    return Given(TheLedger().documents, document);
+}
+
+unsigned int GivenNodes(unsigned int count, PNODE* nodes, unsigned int capacity) {
+    std::for_each(nodes, nodes + std::min(count, capacity), GivenNode);
+    return count;
+}
+
+void Release(std::map<void*, int>& live, void* handle) {
+    const auto entry = live.find(handle);
+    if (entry == live.end()) {
+        ++TheLedger().strayReleases;
+    } else if (--entry->second == 0) {
+        live.erase(entry);
+    }
+}
+
+int Sum(const std::map<void*, int>& live) {
+    int sum = 0;
+    for (const auto& [handle, count] : live) {
+        sum += count;
+    }
+    return sum;
+}
+
+}  // namespace
+
+#pragma GCC visibility push(default)
+extern "C" {
+
+#define XMLPXD_DECLARE(slot, name, missing) XmlPxd##name name;
+XMLPXD_ENTRIES(XMLPXD_DECLARE)
+#undef XMLPXD_DECLARE
+
+PDOC CreateDocByBin(const unsigned char* data, unsigned long size, unsigned int flags,
+                    unsigned int* err) {
+    return GivenDocument(
+        Call("CreateDocByBin", PDOC{}, err, Real().CreateDocByBin, data, size, flags));
+}
+
+PDOC CreateDocByFile(const char* path, unsigned int* err) {
+    return GivenDocument(Call("CreateDocByFile", PDOC{}, err, Real().CreateDocByFile, path));
+}
+
+PDOC CreateNewDoc(const char* rootName, unsigned int* err) {
+    return GivenDocument(Call("CreateNewDoc", PDOC{}, err, Real().CreateNewDoc, rootName));
+}
+
+void DeleteDoc(PDOC document) {
+    ++TheLedger().calls["DeleteDoc"];
+    if (document != nullptr) {
+        Release(TheLedger().documents, document);
+        Real().DeleteDoc(document);
+    }
+}
+
+int GetXMLandAppDataBin(PDOC document, unsigned char* buffer, unsigned long size,
+                        unsigned int* err) {
+    return Call("GetXMLandAppDataBin", -1, err, Real().GetXMLandAppDataBin, document, buffer, size);
+}
+
+unsigned int Save(PDOC document, const char* path) {
+    return CallForError("Save", Real().Save, document, path);
+}
+
+void DeleteNode(PNODE node) {
+    ++TheLedger().calls["DeleteNode"];
+    if (node != nullptr) {
+        Release(TheLedger().nodes, node);
+        Real().DeleteNode(node);
+    }
+}
+
+PNODE GetDocumentElement(PDOC document, unsigned int* err) {
+    return GivenNode(Call("GetDocumentElement", PNODE{}, err, Real().GetDocumentElement, document));
+}
+
+PNODE CreateElement(PNODE parent, const char* name, unsigned int* err) {
+    return GivenNode(Call("CreateElement", PNODE{}, err, Real().CreateElement, parent, name));
+}
+
+PNODE CreateElementWithValue(PNODE parent, const char* name, const char* value, PNODE before,
+                             unsigned int valueKind, unsigned int* err) {
+    return GivenNode(Call("CreateElementWithValue", PNODE{}, err, Real().CreateElementWithValue,
+                          parent, name, value, before, valueKind));
+}
+
+unsigned int RemoveElement(PNODE element) {
+    return CallForError("RemoveElement", Real().RemoveElement, element);
+}
+
+PNODE GetFirstChild(PNODE element, unsigned int* err) {
+    return GivenNode(Call("GetFirstChild", PNODE{}, err, Real().GetFirstChild, element));
+}
+
+PNODE GetNextSibling(PNODE element, unsigned int* err) {
+    return GivenNode(Call("GetNextSibling", PNODE{}, err, Real().GetNextSibling, element));
+}
+
+PNODE GetParentNode(PNODE element, unsigned int* err) {
+    return GivenNode(Call("GetParentNode", PNODE{}, err, Real().GetParentNode, element));
+}
+
+unsigned long GetElementName(PNODE element, char* buffer, unsigned long size, unsigned int* err) {
+    return Call("GetElementName", XMLPXD_NO_LENGTH, err, Real().GetElementName, element, buffer,
+                size);
+}
+
+unsigned long GetElementText(PNODE element, char* buffer, unsigned long size, unsigned int* err) {
+    return Call("GetElementText", XMLPXD_NO_LENGTH, err, Real().GetElementText, element, buffer,
+                size);
+}
+
+unsigned int SetElementValue(PNODE element, const char* value, unsigned int valueKind) {
+    return CallForError("SetElementValue", Real().SetElementValue, element, value, valueKind);
+}
+
+unsigned long GetAttributeName(PNODE attribute, char* buffer, unsigned long size,
+                               unsigned int* err) {
+    return Call("GetAttributeName", XMLPXD_NO_LENGTH, err, Real().GetAttributeName, attribute,
+                buffer, size);
+}
+
+unsigned long GetAttributeValue(PNODE attribute, char* buffer, unsigned long size,
+                                unsigned int* err) {
+    return Call("GetAttributeValue", XMLPXD_NO_LENGTH, err, Real().GetAttributeValue, attribute,
+                buffer, size);
+}
+
+unsigned int SetAttribute(PNODE element, const char* name, const char* value) {
+    return CallForError("SetAttribute", Real().SetAttribute, element, name, value);
+}
+
+unsigned int GetElementsByElementName(PNODE element, const char* name, PNODE* nodes,
+                                      unsigned int capacity, unsigned int* work,
+                                      unsigned int* err) {
+    return GivenNodes(Call("GetElementsByElementName", 0U, err, Real().GetElementsByElementName,
+                           element, name, nodes, capacity, work),
+                      nodes, capacity);
+}
+
+unsigned int GetAllChildElements(PNODE element, PNODE* nodes, unsigned int capacity,
+                                 unsigned int* work, unsigned int* err) {
+    return GivenNodes(Call("GetAllChildElements", 0U, err, Real().GetAllChildElements, element,
+                           nodes, capacity, work),
+                      nodes, capacity);
+}
+
+unsigned int GetAttributes(PNODE element, PNODE* attributes, unsigned int capacity,
+                           unsigned int* work, unsigned int* err) {
+    return GivenNodes(
+        Call("GetAttributes", 0U, err, Real().GetAttributes, element, attributes, capacity, work),
+        attributes, capacity);
+}
+
+unsigned int SelectNodesInElement(PNODE element, const char* xpath, PNODE* nodes,
+                                  unsigned int capacity, unsigned int* work, unsigned int* err) {
+    return GivenNodes(Call("SelectNodesInElement", 0U, err, Real().SelectNodesInElement, element,
+                           xpath, nodes, capacity, work),
+                      nodes, capacity);
+}
+
+// --- What CountingParser.h calls ---
+
+void CountingParserReset() {
+    Ledger& ledger = TheLedger();
+    ledger.calls.clear();
+    ledger.strayReleases = 0;
+    ledger.callsUntilFailure = 0;
+    ledger.hasFailed = false;
+}
+
+void CountingParserFail(const char* entry, int nth, unsigned int error) {
+    Ledger& ledger = TheLedger();
+    ledger.plannedEntry = entry;
+    ledger.callsUntilFailure = nth;
+    ledger.plannedError = error;
+    ledger.hasFailed = false;
+}
+
+int CountingParserHasFailed() {
+    return TheLedger().hasFailed ? 1 : 0;
+}
+
+int CountingParserCallCount(const char* entry) {
+    return TheLedger().calls[entry];
+}
+
+int CountingParserLiveNodes() {
+    return Sum(TheLedger().nodes);
+}
+
+int CountingParserLiveDocuments() {
+    return Sum(TheLedger().documents);
+}
+
+int CountingParserStrayReleases() {
+    return TheLedger().strayReleases;
+}
+
+}  // extern "C"
+#pragma GCC visibility pop
