@@ -8,10 +8,6 @@
 
 namespace {
 
-bool IsText(pugi::xml_node node) {
-    return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
-}
-
 pugi::xml_node FirstText(pugi::xml_node element) {
     return element.find_child(IsText);
 }

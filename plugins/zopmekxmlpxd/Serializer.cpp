@@ -20,10 +20,6 @@ bool IsLayout(std::string_view text) {
     return text.find_first_not_of(" \t\n") == std::string_view::npos;
 }
 
-bool IsText(pugi::xml_node node) {
-    return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
-}
-
 // Whether the element holds other nodes between which white space means nothing.
 bool MayBeLaidOut(pugi::xml_node element) {
     bool holdsNodes = false;
