@@ -10,7 +10,6 @@
 // where nothing else is said.
 #pragma once
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -155,24 +154,20 @@ protected:
     std::shared_ptr<XMLPXD_FUNCLIST> m_FunctionsXmlPxd;
 
 private:
-    struct TextHash {
-        using is_transparent = void;
-        size_t operator()(std::string_view text) const {
-            return std::hash<std::string_view>{}(text);
-        }
-    };
-
-    unsigned int FirstElementID(std::string_view name);
+    // Brings the index of names up to date. Every operation that looks names up by it begins so.
+    void IndexTags();
+    unsigned int FirstElementID(std::string_view name) const;
     unsigned int AttributeID(std::string_view name) const;
     // The number of an element of that name, which depends on the parent's for a printer. 0, with
     // the reason in `*err`, when it has none or its parent cannot be read.
     unsigned int ElementIDOf(void* node, const std::string& name, unsigned int* err);
     void* Step(void* node, unsigned int tagId, unsigned int* err);
+    bool ReadElement(void* node, CCommonXmlPxdElementData* record, unsigned int* err);
 
     void* m_document = nullptr;
     std::string m_systemSettingFile;
     void* m_root = nullptr;  // of the document opened last, owned by whoever opened it
 
-    std::unordered_map<std::string, unsigned int, TextHash, std::equal_to<>> m_tagIndex;
-    size_t m_indexedTags = 0;  // how many entries the index was made of
+    std::map<unsigned int, std::string> m_indexedTags;  // what the index was made of
+    std::unordered_map<std::string_view, unsigned int> m_tagIndex;
 };

@@ -86,6 +86,7 @@ void* CCommonXmlPxd::GetNextNode(void* node, unsigned int tagId, unsigned int* e
         return nullptr;
     }
     if (tagId == NODE_SELF) {
+        IndexTags();
         std::string name;
         if (!ReadName(*m_FunctionsXmlPxd, node, &name, err)) {
             return nullptr;
@@ -127,6 +128,7 @@ void* CCommonXmlPxd::SearchElement(void* start, unsigned int tagId, unsigned int
         return nullptr;
     }
     std::string name;
+    // The first step has brought the index up to date.
     for (XmlNode candidate(functions, GetNextNode(start, NODE_SELF, err)); candidate;) {
         if (!ReadName(functions, candidate.Get(), &name, err)) {
             return nullptr;
