@@ -1,10 +1,13 @@
 #include "CostCountCommon/CMLibLogger.h"
 
+#include <atomic>
 #include <cstdarg>
 #include <exception>
+#include <memory>
 #include <new>
 
 #include "CostCountCommon/include/PluginLocations.h"
+#include "CostCountCommon/src/CancellationOff.h"
 #include "compatible/osFree.h"
 
 namespace {
@@ -21,13 +24,18 @@ using AlWrite = int (*)(const char* file, unsigned int line, LibLoggerSettings* 
 }  // namespace
 
 CCMLibLogger* CCMLibLogger::getInstance() {
-    // A plain pointer: a failed allocation is tried again on the next call, and nothing destroys
-    // the logger while static destructors may still log.
-    static CCMLibLogger* singleton = nullptr;
-    if (singleton == nullptr) {
-        singleton = new (std::nothrow) CCMLibLogger;
+    // A pointer: a failed allocation is tried again on the next call, and nothing destroys the
+    // logger while static destructors may still log.
+    static std::atomic<CCMLibLogger*> singleton = nullptr;
+    CCMLibLogger* logger = singleton;
+    if (logger == nullptr) {
+        std::unique_ptr<CCMLibLogger> made(new (std::nothrow) CCMLibLogger);
+        // Another thread may have been first; then `logger` becomes its logger.
+        if (singleton.compare_exchange_strong(logger, made.get())) {
+            logger = made.release();
+        }
     }
-    return singleton;
+    return logger;
 }
 
 CCMLibLogger::~CCMLibLogger() {
@@ -94,6 +102,8 @@ int CCMLibLogger::writeLogByAppLogger(const char* file, unsigned int line, char 
     if (m_loggerModule == nullptr) {
         return 0;
     }
+    // What the plug-in holds while it writes would stay behind, and so might what the caller holds.
+    const CancellationOff whole;
     // Looked up anew for every message, deliberately: nothing here holds on to an address.
     const auto alWrite = reinterpret_cast<AlWrite>(GetProcAddress(m_loggerModule, "alWrite"));
     if (alWrite == nullptr) {

@@ -34,8 +34,8 @@ static_assert(sizeof(LibLoggerSettings) == 478);
 
 class CCMLibLogger {
 public:
-    // The process-wide logger, made on the first call, which must happen before threads share it;
-    // null when memory is exhausted, and then tried again on the next call. Never destroyed.
+    // The process-wide logger, made on the first call, on any thread; null when memory is
+    // exhausted, and then tried again on the next call. Never destroyed.
     __attribute__((visibility("default"))) static CCMLibLogger* getInstance();
 
     CCMLibLogger() = default;
@@ -55,7 +55,7 @@ public:
 
     // Formats a message, cut to 1023 characters, and forwards it. `file` is the bare name of the
     // source file; `level` one of 'e', 'w', 'i', 'd'; `code` an errno value, a status or 0. Takes
-    // no lock: serialising the lines is the plug-in's task.
+    // no lock: serialising the lines is the plug-in's task. No cancellation point.
     void WriteLog(const char* file, unsigned int line, char level, unsigned int code,
                   const char* format, ...) __attribute__((format(printf, 6, 7)));
 

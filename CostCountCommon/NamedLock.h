@@ -10,6 +10,8 @@
 
 #include <string>
 
+// An object serves one thread at a time; a thread that is cancelled while it waits in Lock leaves
+// nothing behind.
 class CNamedLock {
 public:
     enum Result : unsigned int { LOCKED = 0, TIMED_OUT = 1, FAILED = 2 };

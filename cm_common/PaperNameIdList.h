@@ -185,10 +185,11 @@ inline constexpr auto PAPER_NAME_ID_ROWS = std::to_array<PaperNameIdRow>({
 });
 // clang-format on
 
-// The catalogue, read-only, so any thread may read it. It is built before the component's code runs
+// The catalogue, read-only, so any thread may read it. Each component has its own, so that those
+// built from different versions may share a process. It is built before the component's code runs
 // (before main, or while a plug-in is loaded) and destroyed at its end; a static object whose
 // definition follows this header may use it while it is initialised.
-inline const std::array<PaperNameId, PAPER_NAME_ID_ROWS.size()> PaperNameIdList = [] {
+static const std::array<PaperNameId, PAPER_NAME_ID_ROWS.size()> PaperNameIdList = [] {
     std::array<PaperNameId, PAPER_NAME_ID_ROWS.size()> list;
     for (size_t i = 0; i < list.size(); ++i) {
         const PaperNameIdRow& row = PAPER_NAME_ID_ROWS[i];

@@ -23,4 +23,26 @@ function(tallyquist_plugin_bundle name)
     tallyquist_info_plist(${name} BNDL "${relative}")
 endfunction()
 
+# Makes files below resources/FROM the resources of the bundle whose contents lie in `relative` below the
+# application's, at the same places.
+#   tallyquist_resources(RELATIVE FROM FILE...)
+function(tallyquist_resources relative from)
+    foreach(file IN LISTS ARGN)
+        set(staged "${relative}Resources/${file}")
+        configure_file("${CMAKE_SOURCE_DIR}/resources/${from}${file}"
+                       "${TALLYQUIST_CONTENTS}/${staged}" COPYONLY)
+        cmake_path(GET staged PARENT_PATH folder)
+        install(FILES "${TALLYQUIST_CONTENTS}/${staged}"
+                DESTINATION "${TALLYQUIST_CONTENTS_INSTALL}/${folder}")
+    endforeach()
+endfunction()
+
 tallyquist_info_plist(tallyquist APPL "")
+tallyquist_resources("" "" CMSystemSetting.cfg)
+
+# A bundle of resources, without code.
+tallyquist_info_plist(qvtrelCore BNDL PlugIns/qvtrelCore.plugin/Contents/)
+tallyquist_resources(PlugIns/qvtrelCore.plugin/Contents/ qvtrelCore/
+    xmls/DBSettingBase.xml
+    xmls/db_settings
+)

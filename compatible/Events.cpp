@@ -5,6 +5,7 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <utility>
 
 #include "CostCountCommon/include/CEventHandle.h"
 #include "CostCountCommon/include/CHandleSupport.h"
@@ -39,7 +40,8 @@ void* OpenEvent(unsigned, bool, const char* name) try {
     if (event == nullptr || name == nullptr || *name == '\0') {
         return nullptr;
     }
-    if (!event->Open(name, 0) && !event->Open(CEventHandle::FullNameOf(name).c_str(), 0)) {
+    // The short name first: a semaphore that is called so without the prefix is no event.
+    if (!event->Open(CEventHandle::FullNameOf(name).c_str(), 0) && !event->Open(name, 0)) {
         return nullptr;
     }
     return HandleOf(std::move(event));

@@ -87,7 +87,7 @@ long long GetFileSize(const char* path) {
     return Look(path, &status) && S_ISREG(status.st_mode) ? status.st_size : 0;
 }
 
-void MakeUniqueFileName(std::string* out, const char* base, int tag) {
+void MakeUniqueFileName(std::string* out, const char* base, int tag) try {
     static unsigned long numCounter = 0;
     if (out == nullptr) {
         return;
@@ -98,7 +98,11 @@ void MakeUniqueFileName(std::string* out, const char* base, int tag) {
         prefix.append("_").append(std::to_string(tag));
     }
     prefix += '_';
+    std::string name;
     do {
-        *out = prefix + std::to_string(++numCounter);
-    } while (access(out->c_str(), F_OK) == 0);
+        name = prefix + std::to_string(++numCounter);
+    } while (access(name.c_str(), F_OK) == 0);
+    out->swap(name);
+} catch (const std::exception&) {
+    return;  // out of memory
 }

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <iterator>
 #include <type_traits>
 
@@ -62,8 +63,10 @@ int u_itoa(int value, char* dst, int radix) {
     return 0;
 }
 
-void strReplace(std::string& text, const std::string& from, const std::string& to) {
+void strReplace(std::string& text, const std::string& from, const std::string& to) try {
     ReplaceAll(text, from, to);
+} catch (const std::exception&) {
+    return;  // out of memory
 }
 
 char* SysAllocString(const char* text) {

@@ -3,6 +3,7 @@
 #include "compatible/Utf16.h"
 
 #include <cerrno>
+#include <exception>
 #include <optional>
 #include <utility>
 
@@ -130,8 +131,10 @@ bool Utf16FromUtf8(std::string_view text, std::u16string* out) {
     return true;
 }
 
-int ConvertUtf16CStringToString(const char16_t* src, std::string& out) {
+int ConvertUtf16CStringToString(const char16_t* src, std::string& out) try {
     return src != nullptr && Utf8FromUtf16(src, &out) ? 0 : EINVAL;
+} catch (const std::exception&) {
+    return ENOMEM;
 }
 
 size_t CountLengthOfUtf16CString(const char16_t* src) {

@@ -1,6 +1,7 @@
 #include "compatible/Utf8.h"
 
 #include <cstddef>
+#include <cstdint>
 
 namespace {
 

@@ -4,8 +4,9 @@
 //
 // Error numbers are POSIX ones: EINVAL (22) for a null or invalid argument, ERANGE (34) for a
 // destination that is too small. Texts are UTF-8 unless they are UTF-16 (char16_t, in the machine's
-// byte order). Nothing here logs, and nothing throws unless an argument of class type runs out of
-// memory. All functions may be called from any thread unless they say otherwise.
+// byte order). Nothing throws: a text that memory runs out for stays as it was, with ENOMEM where
+// there is a result. Nothing here logs but CreateEvent. All functions may be called from any thread
+// unless they say otherwise.
 #pragma once
 
 #include <cstdarg>
@@ -129,7 +130,7 @@ long long GetFileSize(const char* path);
 
 // Copies the contents of a regular file with its mode, times, owner and group (where allowed),
 // access list and extended attributes. The target appears whole or not at all: an earlier one stays
-// as it was when the copy fails. With `failIfExists` not 0, an existing target is a failure. True
+// as it was when the copy fails. So the target's folder must be one that can be written. With `failIfExists` not 0, an existing target is a failure. True
 // on success.
 bool CopyFile(const char* from, const char* to, int failIfExists);
 

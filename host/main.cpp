@@ -78,6 +78,7 @@ int Run(int argc, char** argv) {
     program.require_subcommand(1);
     program.failure_message(UsageMessage);
     std::vector<tallyquist::Command> commands;
+    commands.reserve(ADD_COMMANDS.size());
     for (const auto add : ADD_COMMANDS) {
         commands.push_back(add(program));
     }

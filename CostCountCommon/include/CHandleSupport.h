@@ -1,5 +1,5 @@
-// Windows-style waits over anything that can be waited for. All give a wait code (CHandle.h);
-// milliseconds of INFINITE mean for ever.
+// Windows-style waits over anything that can be waited for, on any thread. All give a wait code
+// (CHandle.h); milliseconds of INFINITE mean for ever.
 #pragma once
 
 #include <ctime>

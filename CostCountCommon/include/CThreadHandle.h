@@ -5,10 +5,13 @@
 
 #include <atomic>
 
+#include "CostCountCommon/LockObject.h"
 #include "CostCountCommon/include/CHandle.h"
 #include "CostCountCommon/include/CompletionLatch.h"
 
-// The thread uses its object until the procedure has returned: the object must live that long.
+// The thread uses its object until it has ended: the object must live until Wait gave 0. Once
+// Create has returned, Wait, TryWait, TimedWait and Cancel may be called on several threads at
+// once.
 class CThreadHandle : public CHandle, public IHandleWait {
 public:
     using Procedure = unsigned int (*)(void*);
@@ -21,11 +24,12 @@ public:
     // WAIT_FAILED when this object has created a thread before.
     unsigned int Create(Procedure procedure, void* argument);
 
-    // Does in the calling thread what the created one does. The clean-up's result, 0.
+    // Does in the calling thread what the created one does. The clean-up's result, 0; WAIT_FAILED
+    // before Create.
     unsigned int Run();
 
     // Waits until the thread has ended. It can be waited for once: later waits, like those before
-    // Create, give WAIT_FAILED.
+    // Create and of the thread for itself, give WAIT_FAILED.
     unsigned int Wait() override;
     // WAIT_TIMEOUT while the procedure runs, else what Wait gives.
     unsigned int TryWait() override;
@@ -49,5 +53,6 @@ private:
     std::atomic<bool> m_isRunning = false;
     CompletionLatch m_finished{1};
     // A thread that was joined is no longer there to be joined or cancelled.
-    std::atomic<bool> m_isJoined = false;
+    CLockObject m_joinLock;
+    bool m_isJoined = false;
 };

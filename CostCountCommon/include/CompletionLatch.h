@@ -17,7 +17,7 @@ public:
     CompletionLatch& operator=(const CompletionLatch&) = delete;
 
     void CountDown();
-    // A cancellation point.
+    // A cancellation point while the count is not zero.
     void Wait();
 
 private:

@@ -85,7 +85,9 @@ bool CheckConnectBNT(std::string path);
 
 // Appends the names of the entries of the pattern's folder in which its last component is found,
 // sorted. The component is a regular expression in which * stands for any text; it may match
-// anywhere in the name, and a dot matches any character. Entries whose names are not UTF-8 are left
-// out. A pattern without a slash names no folder and gives nothing, like a folder that cannot be
-// read or an expression with a mistake.
+// anywhere in the name, and a dot matches any character. It is a POSIX extended one; one that
+// cannot be compiled, or only at a cost out of proportion (references back to groups, more than
+// 1000 repetitions, more than 1024 characters), finds nothing. Entries whose names are not UTF-8
+// are left out. A pattern without a slash names no folder and gives nothing, like a folder that
+// cannot be read or an expression with a mistake.
 void MacGetFileList(const std::string& pattern, std::vector<std::string>& names);

@@ -6,7 +6,6 @@
 #include "CostCountCommon/include/MacUtility.h"
 #include "CostCountCommon/src/BundleFolders.h"
 #include "CostCountCommon/src/platform/Platform.h"
-#include "compatible/Utf8.h"
 
 namespace {
 
@@ -35,7 +34,7 @@ bool GetResourcesPath(std::string* path) try {
         return false;  // no main bundle
     }
     std::string folder = MainResourcesFolder(own);
-    if (!folder.empty() && IsUtf8(folder)) {
+    if (!folder.empty()) {
         *path = std::move(folder);
     }
     return true;
@@ -45,7 +44,7 @@ bool GetResourcesPath(std::string* path) try {
 
 std::string GetPluginResourcesPath() try {
     const std::string plugins = bundle::PluginFolder();
-    if (plugins.empty() || !IsUtf8(plugins)) {
+    if (plugins.empty()) {
         return {};
     }
     return platform::ResourcesFolderOf(bundle::Joined(plugins, RESOURCES_PLUGIN));

@@ -37,7 +37,8 @@ bool CEventHandle::Open(const char* fullName, int oflag) try {
         return false;
     }
     std::string name = fullName;
-    sem_t* semaphore = sem_open(platform::SemaphoreName(name).c_str(), oflag);
+    // Creating takes the other form: it needs a mode and a value.
+    sem_t* semaphore = sem_open(platform::SemaphoreName(name).c_str(), oflag & ~O_CREAT);
     if (semaphore == SEM_FAILED) {
         return false;
     }
@@ -66,8 +67,8 @@ bool CEventHandle::Open(const char* shortName, int oflag, unsigned short mode, u
         name = counter == 0 ? base : base + std::to_string(counter);
         LibLogger().WriteLog(SOURCE, __LINE__, 'd', 0, "begin sem_open(\"%s\",%d,%d,%u)\n",
                              name.c_str(), oflag, mode, value);
-        sem_t* semaphore =
-            sem_open(platform::SemaphoreName(name).c_str(), oflag, mode_t{mode}, value);
+        const std::string systemName = platform::SemaphoreName(name);
+        sem_t* semaphore = sem_open(systemName.c_str(), oflag, mode_t{mode}, value);
         if (semaphore != SEM_FAILED) {
             Take(semaphore, std::move(name));
             return true;
@@ -87,6 +88,9 @@ bool CEventHandle::Open(const char* shortName, int oflag, unsigned short mode, u
 
 void CEventHandle::Take(sem_t* semaphore, std::string name) {
     Close();
+    if (!m_name.empty() && m_name != name) {
+        UnlinkSemaphore(m_name);  // as at the end of an object that is not opened again
+    }
     m_semaphore = semaphore;
     m_isOpen = true;
     m_name.swap(name);

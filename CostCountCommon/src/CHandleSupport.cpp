@@ -178,6 +178,9 @@ unsigned int CHandleSupport::TimedWait(IHandleWait* object, unsigned int millise
     if (object == nullptr) {
         return WAIT_FAILED;
     }
+    if (milliseconds == INFINITE) {
+        return object->Wait();
+    }
     TimedWaitContext context(object, milliseconds);
     context.m_lock.Lock();
     const bool isStarted = StartThreads(context);

@@ -9,6 +9,10 @@ void RunCleanUp(void* self) {
     CThreadHandle::CleanUpForRun(self);
 }
 
+void CountDown(void* latch) {
+    static_cast<CompletionLatch*>(latch)->CountDown();
+}
+
 }  // namespace
 
 unsigned int CThreadHandle::Create(Procedure procedure, void* argument) {
@@ -31,13 +35,18 @@ unsigned int CThreadHandle::Create(Procedure procedure, void* argument) {
 
 void* CThreadHandle::TempThraedProc(void* self) {
     auto* thread = static_cast<CThreadHandle*>(self);
+    pthread_cleanup_push(CountDown, &thread->m_finished);
     pthread_cleanup_push(RunCleanUp, self);
     thread->m_procedure(thread->m_argument);
+    pthread_cleanup_pop(1);
     pthread_cleanup_pop(1);
     return nullptr;
 }
 
 unsigned int CThreadHandle::Run() {
+    if (m_procedure == nullptr) {
+        return WAIT_FAILED;
+    }
     pthread_cleanup_push(RunCleanUp, this);
     m_procedure(m_argument);
     pthread_cleanup_pop(0);
@@ -45,23 +54,22 @@ unsigned int CThreadHandle::Run() {
 }
 
 unsigned int CThreadHandle::CleanUpForRun(void* self) {
-    auto* thread = static_cast<CThreadHandle*>(self);
-    thread->m_isRunning = false;
-    thread->m_finished.CountDown();
+    static_cast<CThreadHandle*>(self)->m_isRunning = false;
     return 0;
 }
 
 unsigned int CThreadHandle::Wait() {
-    if (m_thread == 0) {
+    if (m_thread == 0 || pthread_equal(m_thread, pthread_self()) != 0) {
         return WAIT_FAILED;
     }
     m_finished.Wait();
     // The thread is on its way out, so this takes no time worth being cancelled in.
     const CancellationOff uncancelled;
-    if (m_isJoined.exchange(true)) {
-        return WAIT_FAILED;
-    }
-    return pthread_join(m_thread, nullptr) == 0 ? WAIT_OBJECT_0 : WAIT_FAILED;
+    m_joinLock.Lock();
+    const bool isJoined = !m_isJoined && pthread_join(m_thread, nullptr) == 0;
+    m_isJoined = m_isJoined || isJoined;
+    m_joinLock.Unlock();
+    return isJoined ? WAIT_OBJECT_0 : WAIT_FAILED;
 }
 
 unsigned int CThreadHandle::TryWait() {
@@ -76,7 +84,9 @@ unsigned int CThreadHandle::TimedWait(unsigned int milliseconds) {
 }
 
 void CThreadHandle::Cancel() {
+    m_joinLock.Lock();
     if (m_thread != 0 && !m_isJoined) {
         pthread_cancel(m_thread);
     }
+    m_joinLock.Unlock();
 }

@@ -1,6 +1,7 @@
 #include "CostCountCommon/NamedLock.h"
 
 #include <fcntl.h>
+#include <pthread.h>
 
 #include <cerrno>
 #include <ctime>
@@ -28,38 +29,51 @@ void Log(unsigned int line, char level, int code, const char* message) {
 // released.
 class OpenSemaphore {
 public:
-    explicit OpenSemaphore(const std::string& name)
-        : m_name(name),
-          m_semaphore(sem_open(platform::SemaphoreName(name).c_str(), O_CREAT, 0666, 1)) {}
-    ~OpenSemaphore() {
-        if (m_semaphore != SEM_FAILED) {
-            sem_close(m_semaphore);
-            UnlinkSemaphore(m_name);
-        }
+    explicit OpenSemaphore(const std::string& name) : m_name(name) {
+        const std::string systemName = platform::SemaphoreName(name);
+        m_semaphore = sem_open(systemName.c_str(), O_CREAT, 0666, 1);
+        m_error = errno;
     }
+    ~OpenSemaphore() { Close(); }
     OpenSemaphore(const OpenSemaphore&) = delete;
     OpenSemaphore& operator=(const OpenSemaphore&) = delete;
 
     bool IsOpen() const { return m_semaphore != SEM_FAILED; }
+    // Why it is not.
+    int Error() const { return m_error; }
+    void Close() {
+        if (m_semaphore != SEM_FAILED) {
+            sem_close(Release());
+            UnlinkSemaphore(m_name);
+        }
+    }
     sem_t* Get() const { return m_semaphore; }
     sem_t* Release() { return std::exchange(m_semaphore, SEM_FAILED); }
 
 private:
     const std::string& m_name;
-    sem_t* m_semaphore;
+    sem_t* m_semaphore = SEM_FAILED;
+    int m_error = 0;
 };
 
-CNamedLock::Result Acquire(sem_t* semaphore, unsigned int timeoutSeconds) {
+void CloseSemaphore(void* semaphore) {
+    static_cast<OpenSemaphore*>(semaphore)->Close();
+}
+
+CNamedLock::Result Acquire(OpenSemaphore& semaphore, unsigned int timeoutSeconds) {
     const clock_t start = clock();
     const clock_t limit = static_cast<clock_t>(timeoutSeconds * TICKS_PER_SECOND_GIVEN);
-    while (sem_trywait(semaphore) != 0) {
+    while (sem_trywait(semaphore.Get()) != 0) {
         if (errno != EAGAIN) {
             Log(__LINE__, 'e', errno, "lock failed.");
             return CNamedLock::FAILED;
         }
         bool isOver = timeoutSeconds == 0;
         if (!isOver) {
+            // Not every system unwinds the stack of a thread that is cancelled here.
+            pthread_cleanup_push(CloseSemaphore, &semaphore);
             Sleep(RETRY_MILLISECONDS);
+            pthread_cleanup_pop(0);
             isOver = clock() - start >= limit && timeoutSeconds != FOR_EVER;
         }
         if (isOver) {
@@ -88,10 +102,10 @@ unsigned int CNamedLock::Lock(const char* name, unsigned int timeoutSeconds) try
     m_timeoutSeconds = timeoutSeconds;
     OpenSemaphore semaphore(m_name);
     if (!semaphore.IsOpen()) {
-        Log(__LINE__, 'e', errno, "sem_open failed.");
+        Log(__LINE__, 'e', semaphore.Error(), "sem_open failed.");
         return FAILED;
     }
-    const Result result = Acquire(semaphore.Get(), m_timeoutSeconds);
+    const Result result = Acquire(semaphore, m_timeoutSeconds);
     if (result == LOCKED) {
         m_semaphore = semaphore.Release();
     }
@@ -117,7 +131,7 @@ bool CNamedLock::IsLocked(const char* name) try {
     const std::string lock = name;
     const OpenSemaphore semaphore(lock);
     if (!semaphore.IsOpen()) {
-        Log(__LINE__, 'e', errno, "sem_open failed.");
+        Log(__LINE__, 'e', semaphore.Error(), "sem_open failed.");
         return false;
     }
     if (sem_trywait(semaphore.Get()) == 0) {

@@ -94,10 +94,8 @@ int CStringUtils::CopyString(char16_t* dst, unsigned long size, const char* src)
     return ConvertUtf8CStringToUtf16CString(src, dst, size);
 }
 
-int CStringUtils::CopyString(std::string& dst, const char16_t* src) try {
+int CStringUtils::CopyString(std::string& dst, const char16_t* src) {
     return ConvertUtf16CStringToString(src, dst);
-} catch (const std::exception&) {
-    return ENOMEM;
 }
 
 size_t CStringUtils::CountLength(const char16_t* s) {

@@ -168,8 +168,8 @@ TEST_F(BundleResources, ThatCannotBeNamed) {
     const ScopedVariable notText("TALLYQUIST_CONTENTS", m_contents.Path("\xFF").c_str());
     fs::create_directories(m_contents.Path("\xFF/PlugIns/qvtrelCore.plugin"));
     std::string path = "unchanged";
-    EXPECT_TRUE(GetResourcesPath(&path));
-    EXPECT_EQ("unchanged", path);
+    EXPECT_FALSE(GetResourcesPath(&path));
+    EXPECT_FALSE(GetPluginFilePath("bnt_path", &path));
     EXPECT_EQ("", GetPluginResourcesPath());
     EXPECT_EQ(nullptr, CreatePluginURLRef("name"));
     EXPECT_EQ(nullptr, CreatePluginFolderURLRef());

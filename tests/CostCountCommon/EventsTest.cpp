@@ -2,11 +2,14 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <semaphore.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/time.h>
 #include <unistd.h>
 
-#include <cerrno>
+#include <atomic>
 #include <csignal>
+#include <filesystem>
 #include <thread>
 
 #include "CostCountCommon/include/CEventHandle.h"
@@ -88,9 +91,11 @@ TEST_F(Events, NumbersGoUpTo9999) {
     CEventHandle event;
     ASSERT_TRUE(event.Open(m_short.c_str(), NEW, 0666, 0, false));
     const auto linked = [&](int number) { return file + m_short + std::to_string(number); };
+    int links = 0;
     for (int i = 1; i <= 9998; ++i) {
-        ASSERT_EQ(0, link((file + m_short).c_str(), linked(i).c_str()));
+        links += link((file + m_short).c_str(), linked(i).c_str()) == 0 ? 1 : 0;
     }
+    EXPECT_EQ(9998, links);
     {
         CEventHandle last;
         CEventHandle none;
@@ -144,10 +149,59 @@ TEST_F(Events, AnInterruptedWaitFails) {
     };
     setitimer(ITIMER_REAL, &often, nullptr);
     EXPECT_EQ(WAIT_FAILED, event.Wait());
-    // A timed wait takes no signals.
-    EXPECT_EQ(WAIT_TIMEOUT, event.TimedWait(20));
     const struct itimerval never {};
     setitimer(ITIMER_REAL, &never, nullptr);
+}
+
+// Its threads take no signals, even those that are sent to all threads.
+TEST_F(Events, ATimedWaitIsNotInterrupted) {
+    CEventHandle event;
+    ASSERT_TRUE(event.Open(m_short.c_str(), NEW, 0666, 0, false));
+    struct sigaction action {};
+    action.sa_handler = Interrupt;
+    sigaction(SIGUSR1, &action, nullptr);
+    std::atomic<bool> isOver = false;
+    std::thread sender([&] {
+        while (!isOver) {
+            for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+                const auto id = std::stoi(task.path().filename().string());
+                syscall(SYS_tgkill, getpid(), id, SIGUSR1);
+            }
+        }
+    });
+    EXPECT_EQ(WAIT_TIMEOUT, event.TimedWait(50));
+    isOver = true;
+    sender.join();
+}
+
+TEST_F(Events, AreForAllUsersWhoseUmaskAllowsIt) {
+    const mode_t earlier = umask(0);
+    void* event = CreateEvent(nullptr, false, false, m_short.c_str());
+    umask(earlier);
+    struct stat status {};
+    ASSERT_EQ(0, stat(("/dev/shm/sem.K7Q3MZP2WD.RX.qvtrel%2F" + m_short).c_str(), &status));
+    EXPECT_EQ(0666U, status.st_mode & 0777U);
+    CloseHandle(event);
+}
+
+// A semaphore that happens to have the short name without the prefix is left alone.
+TEST_F(Events, AreNotTakenForOtherSemaphores) {
+    sem_t* other = sem_open(m_short.c_str(), O_CREAT, 0600, 0);
+    void* event = CreateEvent(nullptr, false, false, m_short.c_str());
+    void* opened = OpenEvent(0, false, m_short.c_str());
+    EXPECT_TRUE(SetEvent(opened));
+    EXPECT_EQ(0, WaitForSingleObject(event, 0));
+    CloseHandle(event);
+    CloseHandle(opened);
+    EXPECT_EQ(0, sem_unlink(m_short.c_str()));
+    sem_close(other);
+}
+
+TEST_F(Events, OpenedAnewGiveTheFirstNameBack) {
+    CEventHandle event;
+    ASSERT_TRUE(event.Open(m_short.c_str(), NEW, 0666, 0, false));
+    ASSERT_TRUE(event.Open(UniqueShortName(1).c_str(), NEW, 0666, 0, false));
+    EXPECT_FALSE(CEventHandle().Open(m_full.c_str(), 0));
 }
 
 TEST_F(Events, OfTheWindowsKind) {

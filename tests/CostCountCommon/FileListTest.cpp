@@ -19,7 +19,7 @@ TEST(FileList, HoldsWhatThePatternIsFoundIn) {
     std::filesystem::create_directory(folder.Path("empty"));
     using Names = std::vector<std::string>;
     const struct {
-        const char* pattern;  // after the folder
+        std::string pattern;  // after the folder
         Names expected;
     } rows[] = {
         {"/*.cfg", {".hidden.cfg", "a.cfg", "a.cfg.bak", "xcfg"}},
@@ -30,6 +30,11 @@ TEST(FileList, HoldsWhatThePatternIsFoundIn) {
         {"/A.CFG", {}},
         {"/[", {}},
         {"/(", {}},
+        // What could take hours or gigabytes is not tried.
+        {"/(*)(*)\\2\\1g", {}},
+        {"/(a{1,255}){1,255}", {}},
+        {"/((((x{0,9}){0,9}){0,9}){0,9})", {}},
+        {std::string("/").append(1000, '(').append("a").append(1000, ')'), {}},
         {"/\xFF", {}},
         {"/empty/*", {}},
         {"/missing/*", {}},

@@ -1,7 +1,10 @@
 // The lock between processes, quirks included.
 #include "CostCountCommon/NamedLock.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
+#include <semaphore.h>
 #include <unistd.h>
 
 #include <ctime>
@@ -86,6 +89,12 @@ TEST_F(NamedLock, RefusesEmptyAndImpossibleNames) {
 
 TEST_F(NamedLock, AskingForItTakesTheNameAway) {
     EXPECT_FALSE(CNamedLock::IsLocked(m_name.c_str()));
+    sem_t* free = sem_open(("lock%2F" + m_name.substr(5)).c_str(), O_CREAT, 0666, 1);
+    EXPECT_FALSE(CNamedLock::IsLocked(m_name.c_str()));
+    int value = 0;
+    EXPECT_TRUE(sem_getvalue(free, &value) == 0 && value == 1) << "asking leaves it as it was";
+    sem_close(free);
+
     CNamedLock holder;
     CNamedLock second;
     EXPECT_EQ(CNamedLock::LOCKED, holder.Lock(m_name.c_str(), 0));
@@ -119,7 +128,7 @@ TEST_F(NamedLock, WaitsForAnotherProcess) {
     CloseHandle(release);
 }
 
-TEST_F(NamedLock, WaitsForEverWhenToldSo) {
+TEST_F(NamedLock, IsHandedToAWaiter) {
     ASSERT_EQ(0, pipe(m_pipe));
     void* release = CreateEvent(nullptr, false, false, UniqueShortName(1).c_str());
     ChildProcess holder([&] { return Hold(release); });
@@ -139,6 +148,16 @@ TEST_F(NamedLock, CountsItsLimitInProcessorTime) {
     const clock_t start = clock();
     EXPECT_EQ(CNamedLock::TIMED_OUT, CNamedLock().Lock(m_name.c_str(), 2));
     EXPECT_LE(2000, clock() - start);
+}
+
+TEST_F(NamedLock, ThatIsCancelledLeavesNothing) {
+    CNamedLock holder;
+    ASSERT_EQ(CNamedLock::LOCKED, holder.Lock(m_name.c_str(), 0));
+    CNamedLock waiting;
+    std::thread thread([&] { waiting.Lock(m_name.c_str(), 0xFFFFFFFF); });
+    pthread_cancel(thread.native_handle());
+    thread.join();
+    EXPECT_EQ(CNamedLock::LOCKED, waiting.Lock(m_name.c_str(), 0)) << "holds nothing";
 }
 
 TEST(LockObject, IsRecursive) {

@@ -24,7 +24,8 @@ TEST(OpenFile, TakesTheModeUpToACommaWithoutBlanks) {
                        {"r + b", "new"},
                        {"a b + , w", "oldnew"},
                        {"w + b ", "new"},
-                       {"abcdefghij", "oldnew"}};
+                       {"abcdefghij", "oldnew"},
+                       {"wbbbx", "new"}};  // uncut, x would refuse an existing file
     for (const auto& expected : CASES) {
         WriteFile(path, "old");
         FILE* file = nullptr;

@@ -19,6 +19,7 @@ TEST(Modules, LoadFromABundleFolderAndFromASharedObject) {
         EXPECT_NE(nullptr, GetProcAddress(module, "DataExporterOpen"));
         EXPECT_EQ(nullptr, GetProcAddress(module, "dataExporterOpen"));
         EXPECT_EQ(nullptr, GetProcAddress(module, nullptr));
+        EXPECT_EQ(nullptr, GetProcAddress(module, "fopen")) << "of a library it is linked to";
         FreeLibrary(module);
     }
 }

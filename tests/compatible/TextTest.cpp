@@ -97,10 +97,12 @@ TEST(AllocatedText, IsACopy) {
 
 TEST(Guid, IsEqualInAllParts) {
     const GUID guid{1, 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}};
-    GUID other = guid;
-    EXPECT_EQ(1, IsEqualGUID(guid, other));
-    other.Data4[7] = 0;
-    EXPECT_EQ(0, IsEqualGUID(guid, other));
+    EXPECT_EQ(1, IsEqualGUID(guid, guid));
+    for (const GUID& other :
+         {GUID{0, 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}}, GUID{1, 0, 3, {4, 5, 6, 7, 8, 9, 10, 11}},
+          GUID{1, 2, 0, {4, 5, 6, 7, 8, 9, 10, 11}}, GUID{1, 2, 3, {4, 5, 6, 7, 8, 9, 10, 0}}}) {
+        EXPECT_EQ(0, IsEqualGUID(guid, other));
+    }
 }
 
 }  // namespace

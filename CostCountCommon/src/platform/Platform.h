@@ -81,7 +81,7 @@ bool CopyWholeFile(const char* from, const char* to, bool exclusive);
 // The names of a folder's entries that are UTF-8, sorted; false when it cannot be read.
 bool ListFolder(const std::string& folder, std::vector<std::string>* names);
 // Keeps the names in which the regular expression matches anywhere; false, with `*names` as it was,
-// for an expression that cannot be compiled.
+// for an expression that cannot be compiled, or only at a cost out of proportion.
 bool KeepMatching(const std::string& expression, std::vector<std::string>* names);
 
 // --- Processes ---

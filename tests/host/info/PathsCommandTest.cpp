@@ -15,6 +15,8 @@ using nlohmann::json;
 
 class PathsCommand : public testing::Test {
 protected:
+    void SetUp() override { fs::create_directories(m_folder.Path("tmp")); }
+
     json Paths() const {
         const ProgramRun run = RunTallyquist("paths --json", "/");
         EXPECT_EQ(0, run.exitCode) << run.err;
@@ -60,7 +62,6 @@ TEST_F(PathsCommand, NamesEveryLocationAndWhetherItExists) {
         {"ipTracker_path", plugIns + "/zopmekipt.plugin"},
     };
     fs::create_directories(plugIns + "/qvtrelCore.plugin/Contents/Resources");
-    fs::create_directories(m_folder.Path("tmp"));
     fs::create_directories(m_contents + "/Helpers");
     WriteFile(m_contents + "/Helpers/qvtrelBnt", "");
 

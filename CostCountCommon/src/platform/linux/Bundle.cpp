@@ -2,15 +2,16 @@
 // names, else the one around an executable in Contents/Linux, else the executable's own folder.
 #include "CostCountCommon/src/platform/linux/Bundle.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string_view>
 #include <system_error>
 
 #include "CostCountCommon/src/platform/Platform.h"
 #include "CostCountCommon/src/platform/linux/PropertyList.h"
+#include "CostCountCommon/src/platform/linux/TextFile.h"
+#include "compatible/Utf8.h"
 
 namespace platform {
 namespace {
@@ -18,6 +19,9 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char RESOURCES_FOLDER[] = "Resources";
+
+// What is larger is no property list of a bundle.
+constexpr size_t LARGEST_PROPERTY_LIST = 1 << 20;
 
 struct MainBundle {
     fs::path folder;
@@ -28,14 +32,20 @@ fs::path WithoutTrailingSlash(const fs::path& path) {
     return path.has_filename() || path == path.root_path() ? path : path.parent_path();
 }
 
+// Empty when the folder that a relative path starts from is gone.
 fs::path Absolute(const fs::path& path) {
     std::error_code error;
     const fs::path absolute = fs::absolute(path, error);
-    return WithoutTrailingSlash((error ? path : absolute).lexically_normal());
+    if (error) {
+        return {};
+    }
+    // What stands before ".." may be a link, which only the file system can tell.
+    const bool leadsBack = std::find(absolute.begin(), absolute.end(), "..") != absolute.end();
+    const fs::path plain = leadsBack ? fs::weakly_canonical(absolute, error) : absolute;
+    return WithoutTrailingSlash((error ? absolute : plain).lexically_normal());
 }
 
-// Not cached: the variable may be set by the program itself, and the answer costs microseconds.
-MainBundle FindMainBundle() {
+MainBundle LocateMainBundle() {
     const char* named = std::getenv("TALLYQUIST_CONTENTS");
     if (named != nullptr && *named != '\0') {
         const fs::path contents = Absolute(named);
@@ -49,6 +59,13 @@ MainBundle FindMainBundle() {
         return {contents.parent_path(), contents};
     }
     return {folder, folder};
+}
+
+// Not cached: the variable may be set by the program itself, and the answer costs microseconds. A
+// bundle whose path is not UTF-8 cannot be named, and is none.
+MainBundle FindMainBundle() {
+    MainBundle found = LocateMainBundle();
+    return IsUtf8(found.contents.native()) ? found : MainBundle();
 }
 
 std::string InContents(const char* name) {
@@ -82,9 +99,10 @@ std::string ResourcesFolderOf(const std::string& path) {
 }
 
 std::string MainBundleProperty(std::string_view key) {
-    std::ifstream file(InContents("Info.plist"), std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    return PropertyListString(text, key);
+    std::string text;
+    return ReadTextFile(InContents("Info.plist"), LARGEST_PROPERTY_LIST, &text)
+               ? PropertyListString(text, key)
+               : std::string();
 }
 
 std::string MainBundleVersion() {

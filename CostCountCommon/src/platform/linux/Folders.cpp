@@ -28,7 +28,7 @@ std::string ExpandTilde(const std::string& path) {
     const std::string user = path.substr(1, end == std::string::npos ? end : end - 1);
     const std::string home = user.empty() ? HomeFolder() : HomeFolderOf(user);
     const std::string rest = end == std::string::npos ? std::string() : path.substr(end);
-    return home.empty() ? path : FolderFollowedBy(home, rest);
+    return home.empty() ? path : WithoutTrailingSlashes(FolderFollowedBy(home, rest));
 }
 
 }  // namespace platform

@@ -7,22 +7,19 @@
 #include <cstdlib>
 #include <vector>
 
+#include "CostCountCommon/src/CancellationOff.h"
+
 namespace platform {
 namespace {
 
 constexpr size_t USER_RECORD_SIZE = 1024;
 constexpr size_t LARGEST_USER_RECORD = 1024 * 1024;
 
-std::string WithoutTrailingSlashes(std::string path) {
-    while (path.size() > 1 && path.back() == '/') {
-        path.pop_back();
-    }
-    return path;
-}
-
 // The home folder in the record that `lookUp` fetches; empty when there is no such user.
 template <typename LookUp>
 std::string HomeFolderInRecord(LookUp lookUp) {
+    // The look-up holds descriptors and locks that a cancellation would leave behind.
+    const CancellationOff whole;
     for (std::vector<char> buffer(USER_RECORD_SIZE); buffer.size() <= LARGEST_USER_RECORD;
          buffer.resize(buffer.size() * 2)) {
         struct passwd record {};
@@ -38,6 +35,13 @@ std::string HomeFolderInRecord(LookUp lookUp) {
 }
 
 }  // namespace
+
+std::string WithoutTrailingSlashes(std::string path) {
+    while (path.size() > 1 && path.back() == '/') {
+        path.pop_back();
+    }
+    return path;
+}
 
 std::string HomeFolder() {
     const std::string named = FolderInVariable("HOME");

@@ -5,14 +5,14 @@
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string_view>
 #include <system_error>
 
+#include "CostCountCommon/src/CancellationOff.h"
 #include "CostCountCommon/src/platform/Platform.h"
 #include "CostCountCommon/src/platform/linux/Bundle.h"
 #include "CostCountCommon/src/platform/linux/StringsFile.h"
+#include "CostCountCommon/src/platform/linux/TextFile.h"
 
 namespace platform {
 namespace {
@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 constexpr char TABLE[] = "Localizable.strings";
 constexpr char LANGUAGE_EXTENSION[] = ".lproj";
 // What is larger is no table of texts, and not worth the memory.
-constexpr uintmax_t MAX_TABLE_SIZE = 16 * 1024 * 1024;
+constexpr size_t MAX_TABLE_SIZE = 16 * 1024 * 1024;
 
 std::string_view Variable(const char* name) {
     const char* value = std::getenv(name);
@@ -65,6 +65,11 @@ void AddFolderNames(std::string_view locale, std::vector<std::string>* names) {
     const std::string_view language = plain.substr(0, split);
     const std::string_view territory = plain.substr(split + 1);
     names->push_back(std::string(language).append("-").append(territory));
+    // A script between the two, as in zh-Hant-TW, has folders of its own.
+    const size_t script = territory.find_first_of("_-");
+    if (script != std::string_view::npos) {
+        names->push_back(std::string(language).append("-").append(territory.substr(0, script)));
+    }
     if (language == "zh" && !ChineseScript(territory).empty()) {
         names->emplace_back(ChineseScript(territory));
     }
@@ -88,13 +93,8 @@ std::vector<std::string> FolderNames() {
 }
 
 std::string TableText(const fs::path& path) {
-    std::error_code error;
-    const uintmax_t size = fs::file_size(path, error);
-    if (error || size > MAX_TABLE_SIZE) {
-        return {};
-    }
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::string text;
+    return ReadTextFile(path, MAX_TABLE_SIZE, &text) ? text : std::string();
 }
 
 }  // namespace
@@ -115,6 +115,8 @@ std::optional<std::string> LocalizedString(const char* key) {
 }
 
 int LocalizationsCount() {
+    // Opening a folder is a cancellation point within functions that must not be left.
+    const CancellationOff whole;
     int count = 0;
     std::error_code error;
     for (fs::directory_iterator entry(ResourcesFolder(), error), end; !error && entry != end;

@@ -45,8 +45,16 @@ void* LoadModule(const char* path, std::string* reason) {
     return module;
 }
 
+// dlsym also searches the libraries that the module is linked to. An entry that the module lacks
+// must not be answered with a function of the same name that means something else.
 void* FindFunction(void* module, const char* name) {
-    return dlsym(module, name);
+    void* function = dlsym(module, name);
+    Dl_info info{};
+    void* owner = nullptr;
+    return function != nullptr && dladdr1(function, &info, &owner, RTLD_DL_LINKMAP) != 0 &&
+                   owner == module
+               ? function
+               : nullptr;
 }
 
 void ReleaseModule(void* module) {

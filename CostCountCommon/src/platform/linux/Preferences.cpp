@@ -12,6 +12,7 @@
 #include "CostCountCommon/src/ReplacingFile.h"
 #include "CostCountCommon/src/platform/Platform.h"
 #include "CostCountCommon/src/platform/linux/HomeFolder.h"
+#include "CostCountCommon/src/platform/linux/TextFile.h"
 
 namespace platform {
 namespace {
@@ -20,9 +21,13 @@ namespace {
 // that is stored.
 constexpr size_t LARGEST_FILE = 1 << 20;
 
+// How long another process may hold the lock. One that was stopped must not stop all others.
+constexpr unsigned int LOCK_PATIENCE_MILLISECONDS = 10000;
+constexpr unsigned int LOCK_RETRY_MILLISECONDS = 10;
+
 std::string PreferencesFolder() {
     const std::string folder = BaseFolder("XDG_CONFIG_HOME", ".config");
-    return folder.empty() ? folder : folder + "/Norvane/Tallyquist";
+    return folder.empty() ? folder : FolderFollowedBy(folder, "/Norvane/Tallyquist");
 }
 
 std::string PreferencesFile(const std::string& folder) {
@@ -44,8 +49,13 @@ class FolderLock {
 public:
     explicit FolderLock(const std::string& folder)
         : m_folder(FileDescriptor::Open(folder.c_str(), O_RDONLY | O_DIRECTORY)) {
-        // A file system without locks must do without.
-        while (flock(m_folder.Number(), LOCK_EX) != 0 && errno == EINTR) {
+        // Without the lock, as on a file system that has none, two changes at once may be one.
+        for (unsigned int waited = 0; waited < LOCK_PATIENCE_MILLISECONDS;
+             waited += LOCK_RETRY_MILLISECONDS) {
+            if (flock(m_folder.Number(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) {
+                return;
+            }
+            usleep(LOCK_RETRY_MILLISECONDS * 1000);
         }
     }
     // Closing would not do: a child that was forked meanwhile shares the lock.
@@ -59,34 +69,20 @@ private:
 
 // False when there may be preferences that cannot be read.
 bool ReadPreferences(const std::string& path, std::string* text) {
-    text->clear();
-    const FileDescriptor file = FileDescriptor::Open(path.c_str(), O_RDONLY | O_NONBLOCK);
-    if (!file.IsOpen()) {
-        return errno == ENOENT;
-    }
-    struct stat status {};
-    if (fstat(file.Number(), &status) != 0 || !S_ISREG(status.st_mode)) {
-        return false;
-    }
-    char buffer[4096];
-    while (text->size() <= LARGEST_FILE) {
-        const ssize_t size = read(file.Number(), buffer, sizeof buffer);
-        if (size == 0) {
-            return true;
-        }
-        if (size < 0 && errno != EINTR) {
-            return false;
-        }
-        text->append(buffer, size < 0 ? 0 : static_cast<size_t>(size));
+    if (ReadTextFile(path, LARGEST_FILE, text)) {
+        return true;
     }
     text->clear();
-    return true;
+    return errno == ENOENT || errno == EFBIG;
 }
 
-// Takes the next line, without its end, from `*text`.
+// Takes the next line, without its end, from `*text`. An editor may have ended lines in CR LF.
 std::string_view TakeLine(std::string_view* text) {
-    const std::string_view line = text->substr(0, text->find('\n'));
+    std::string_view line = text->substr(0, text->find('\n'));
     text->remove_prefix(std::min(line.size() + 1, text->size()));
+    if (line.ends_with('\r')) {
+        line.remove_suffix(1);
+    }
     return line;
 }
 

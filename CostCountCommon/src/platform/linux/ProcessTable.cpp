@@ -1,11 +1,13 @@
 // The processes that run, as /proc tells.
+#include <algorithm>
 #include <charconv>
 #include <filesystem>
-#include <fstream>
 #include <string_view>
 #include <system_error>
 
+#include "CostCountCommon/src/CancellationOff.h"
 #include "CostCountCommon/src/platform/Platform.h"
+#include "CostCountCommon/src/platform/linux/TextFile.h"
 
 namespace platform {
 namespace {
@@ -25,10 +27,17 @@ std::string_view FieldOf(std::string_view line, std::string_view name) {
 
 // False for a process that ended, whether or not its parent has noticed.
 bool ReadStatus(const fs::path& path, Process* process) {
-    std::ifstream file(path);
+    constexpr size_t LARGEST_STATUS = 1 << 16;
+    std::string text;
     bool runs = false;
     bool hasUser = false;
-    for (std::string line; !hasUser && std::getline(file, line);) {
+    std::string_view rest;
+    if (ReadTextFile(path, LARGEST_STATUS, &text)) {
+        rest = text;
+    }
+    while (!hasUser && !rest.empty()) {
+        const std::string_view line = rest.substr(0, rest.find('\n'));
+        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
         if (const auto name = FieldOf(line, "Name:\t"); !name.empty()) {
             // The kernel writes a backslash or a line feed in a name as an escape, left as it is.
             process->command = name;
@@ -44,6 +53,8 @@ bool ReadStatus(const fs::path& path, Process* process) {
 }  // namespace
 
 bool ListProcesses(std::vector<Process>* processes) {
+    // Opening a folder is a cancellation point within functions that must not be left.
+    const CancellationOff whole;
     std::vector<Process> found;
     std::error_code error;
     for (fs::directory_iterator entry("/proc", error), end; !error && entry != end;

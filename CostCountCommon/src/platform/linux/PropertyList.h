@@ -1,4 +1,6 @@
-// The little of the XML property-list format that an Info.plist needs: one text by its key.
+// The little of the XML property-list format that an Info.plist needs: one text by its key,
+// wherever that stands, with comments and the five named entities, but without CDATA and numbered
+// characters.
 #pragma once
 
 #include <string>
