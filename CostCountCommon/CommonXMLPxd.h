@@ -94,7 +94,8 @@ public:
     // Reads an element. A record that could not be filled stays as it was.
     bool GetElementData(void* node, CCommonXmlPxdElementData* record, unsigned int* err);
     // Reads as many elements as `parent` has child elements, as the walk meets them, into a chain.
-    // True when all were read.
+    // True when all were read. The caller gives the chain back, also what was read before a
+    // failure.
     bool GetElements(void* parent, CCommonXmlPxdElementData** first, unsigned int* err);
     // Gives a record back with all that are chained to it. Null is ignored.
     void releaseElementData(CCommonXmlPxdElementData* first);
@@ -106,7 +107,9 @@ public:
 
     // --- The system setting file ---
     //
-    // Read afresh on each call. The user's copy overrides the installed one setting by setting.
+    // Read afresh on each call. The user's copy overrides the installed one setting by setting, up
+    // to the first element in it that the catalogue does not know. A setting that it lacks is told
+    // of on standard output before the installed copy answers.
 
     bool GetElementValueSysCommSettingFile(unsigned int tagId, std::string* value);
     bool GetServiceName(std::string* value);

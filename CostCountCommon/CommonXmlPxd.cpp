@@ -124,6 +124,7 @@ void CCommonXmlPxd::CloseXml(void* document) {
 
 void CCommonXmlPxd::CloseXml() {
     CloseXml(std::exchange(m_document, nullptr));
+    m_root = nullptr;
 }
 
 void CCommonXmlPxd::DeleteNode(void* node) {

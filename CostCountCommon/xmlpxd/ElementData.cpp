@@ -95,11 +95,14 @@ bool CCommonXmlPxd::GetElements(void* parent, CCommonXmlPxdElementData** first,
     if (first != nullptr) {
         *first = nullptr;
     }
-    if (m_FunctionsXmlPxd == nullptr || m_FunctionsXmlPxd->GetAllChildElements == nullptr ||
-        parent == nullptr || first == nullptr || err == nullptr) {
+    if (m_FunctionsXmlPxd == nullptr || parent == nullptr || first == nullptr || err == nullptr) {
         return false;
     }
     const XMLPXD_FUNCLIST& functions = *m_FunctionsXmlPxd;
+    if (functions.GetAllChildElements == nullptr) {
+        *err = XMLPXD_INVALID_ARGUMENT;
+        return false;
+    }
     unsigned int work = 0;
     const unsigned int count = functions.GetAllChildElements(parent, nullptr, 0, &work, err);
     if (*err != XMLPXD_OK) {

@@ -167,8 +167,11 @@ void* CCommonXmlPxd::SearchParentElement(void* parent, unsigned int tagId, unsig
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 unsigned int CCommonXmlPxd::GetElementNumber(void* node, std::string name, unsigned int* err) {
-    if (m_FunctionsXmlPxd == nullptr || m_FunctionsXmlPxd->GetElementsByElementName == nullptr ||
-        node == nullptr || err == nullptr) {
+    if (m_FunctionsXmlPxd == nullptr || node == nullptr || err == nullptr) {
+        return NO_NUMBER;
+    }
+    if (m_FunctionsXmlPxd->GetElementsByElementName == nullptr) {
+        *err = XMLPXD_INVALID_ARGUMENT;
         return NO_NUMBER;
     }
     unsigned int work = 0;
