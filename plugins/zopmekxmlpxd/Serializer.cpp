@@ -15,9 +15,10 @@ namespace {
 
 // Deeper elements are indented like these: every line of a deep document would else be as long as
 // it is deep.
-constexpr size_t MAX_INDENTED_LEVELS = 8;
-constexpr std::string_view LINE_START = "\n                ";
-static_assert(LINE_START.size() == 1 + 2 * MAX_INDENTED_LEVELS);
+constexpr size_t MAX_INDENTED_LEVELS = 6;
+constexpr size_t INDENT = 4;
+constexpr std::string_view LINE_START = "\n                        ";
+static_assert(LINE_START.size() == 1 + INDENT * MAX_INDENTED_LEVELS);
 
 // What may stand between elements for the eye only. A carriage return stood in a reference, so
 // somebody meant it.
@@ -28,18 +29,19 @@ bool IsLayout(const char* text) {
     return *text == '\0';
 }
 
-// Whether the element holds other nodes between which white space means nothing.
+// Whether the element holds elements between which white space means nothing. Where there are only
+// comments beside it, white space is a value.
 bool MayBeLaidOut(pugi::xml_node element) {
-    bool holdsNodes = false;
+    bool holdsElements = false;
     pugi::xml_node child = element.first_child();
     for (auto type = child.type(); type != pugi::node_null; type = child.type()) {
         if (type == pugi::node_cdata || (type == pugi::node_pcdata && !IsLayout(child.value()))) {
             return false;
         }
-        holdsNodes = holdsNodes || type != pugi::node_pcdata;
+        holdsElements = holdsElements || type == pugi::node_element;
         child = child.next_sibling();
     }
-    return holdsNodes && std::string_view(element.attribute("xml:space").value()) != "preserve";
+    return holdsElements && std::string_view(element.attribute("xml:space").value()) != "preserve";
 }
 
 // Gathers text that is put together of many small pieces.
@@ -182,7 +184,7 @@ private:
             return false;
         }
         if (isLaidOut && m_depth > 0) {
-            WriteLineStart();
+            WriteSeparation(node, type);
         }
         if (type != pugi::node_element) {
             WriteLeaf(node, type);
@@ -272,8 +274,24 @@ private:
         }
     }
 
+    // Keeps what a person did with the lines: a comment stays on the line that it ends, and an
+    // empty line stays.
+    void WriteSeparation(pugi::xml_node node, pugi::xml_node_type type) {
+        const std::string_view space = node.previous_sibling().value();
+        const auto lineFeeds = std::count(space.begin(), space.end(), '\n');
+        if (type != pugi::node_element && lineFeeds == 0 && IsLayout(space.data()) &&
+            !space.empty()) {
+            Put(space);
+            return;
+        }
+        if (lineFeeds > 1 && IsLayout(space.data())) {
+            Put('\n');
+        }
+        WriteLineStart();
+    }
+
     void WriteLineStart() {
-        Put(LINE_START.substr(0, 1 + 2 * std::min(m_depth, MAX_INDENTED_LEVELS)));
+        Put(LINE_START.substr(0, 1 + INDENT * std::min(m_depth, MAX_INDENTED_LEVELS)));
     }
 
     const bool m_isIndenting;
