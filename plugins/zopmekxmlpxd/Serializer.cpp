@@ -180,11 +180,12 @@ private:
     // Whether there is more to write inside the node, and then its end.
     bool WriteStart(pugi::xml_node node, pugi::xml_node_type type) {
         const bool isLaidOut = m_isIndenting && m_verbatimDepth == NOWHERE;
-        if (isLaidOut && (type == pugi::node_pcdata || type == pugi::node_cdata)) {
+        if (isLaidOut && type == pugi::node_pcdata) {
+            m_space = node.value();
             return false;
         }
         if (isLaidOut && m_depth > 0) {
-            WriteSeparation(node, type);
+            WriteSeparation(type);
         }
         if (type != pugi::node_element) {
             WriteLeaf(node, type);
@@ -217,6 +218,7 @@ private:
 
     void WriteEnd(pugi::xml_node element) {
         if (m_isIndenting && m_verbatimDepth == NOWHERE) {
+            m_space = {};
             WriteLineStart();
         }
         if (m_verbatimDepth == m_depth) {
@@ -276,15 +278,14 @@ private:
 
     // Keeps what a person did with the lines: a comment stays on the line that it ends, and an
     // empty line stays.
-    void WriteSeparation(pugi::xml_node node, pugi::xml_node_type type) {
-        const std::string_view space = node.previous_sibling().value();
+    void WriteSeparation(pugi::xml_node_type type) {
+        const std::string_view space = std::exchange(m_space, {});
         const auto lineFeeds = std::count(space.begin(), space.end(), '\n');
-        if (type != pugi::node_element && lineFeeds == 0 && IsLayout(space.data()) &&
-            !space.empty()) {
+        if (type != pugi::node_element && lineFeeds == 0 && !space.empty()) {
             Put(space);
             return;
         }
-        if (lineFeeds > 1 && IsLayout(space.data())) {
+        if (lineFeeds > 1) {
             Put('\n');
         }
         WriteLineStart();
@@ -298,6 +299,7 @@ private:
     const XmlPxdError m_tooLarge;
     Output m_out;
     size_t m_depth = 0;
+    std::string_view m_space;  // met since the last node that was laid out
     // That of the outermost element whose contents are written as they are.
     size_t m_verbatimDepth = NOWHERE;
 };
