@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <list>
+#include <thread>
 
 #include "tests/host/settings/ProgramFixture.h"
 #include "tests/support/Processes.h"
@@ -53,11 +54,11 @@ TEST_F(ContestedSettings, KilledSetLeavesTheOldOrTheNewFile) {
     for (int i = 1; i <= 50 && leftovers < 5; ++i) {
         const std::string after = fileWith(std::to_string(i));
         ChildProcess process([&] { return RunSet("MaxDetch", std::to_string(i)); });
-        for (int tries = 0; tries < 100000 && NamesIn(m_dataFolder).size() == leftovers + 1;
+        const auto written = fs::last_write_time(m_settings);
+        for (int tries = 0; tries < 1000000 && NamesIn(m_dataFolder).size() == leftovers + 1 &&
+                            fs::last_write_time(m_settings) == written;
              ++tries) {
-            if (ReadFile(m_settings) != before) {
-                break;
-            }
+            std::this_thread::yield();
         }
         process.Kill();
         const std::string now = ReadFile(m_settings);
