@@ -2,7 +2,8 @@
 // registry, pipe names, temporary files, the job-log database's settings, and forwards to events,
 // threads, processes and files.
 //
-// Every function reports failure by false or an empty text, and logs one line. Null outputs fail.
+// Every function reports failure by false or an empty text. What fails here is logged; forwards
+// report as the functions that they forward to. Null outputs fail.
 // None throws; all may be called from any thread.
 #pragma once
 
@@ -36,7 +37,8 @@ public:
 
     // --- Folders and names ---
 
-    // The folder for data of that kind (MANAGEMENT_DATA_TYPE); it need not exist.
+    // The folder for data of that kind (MANAGEMENT_DATA_TYPE). It need not exist: a program creates
+    // those that it writes to (CreateFolder).
     static bool GetDataFolderBase(MANAGEMENT_DATA_TYPE kind, std::string* folder);
 
     // The full path of a named pipe; of the folder of pipes for an empty `base`.

@@ -10,12 +10,13 @@
 // where nothing else is said.
 #pragma once
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "CostCountCommon/include/CommonXmlPxdData.h"
 #include "CostCountCommon/include/XmlPxdFunctions.h"
@@ -93,7 +94,8 @@ public:
     // Reads an element. A record that could not be filled stays as it was.
     bool GetElementData(void* node, CCommonXmlPxdElementData* record, unsigned int* err);
     // Reads as many elements as `parent` has child elements, as the walk meets them, into a chain.
-    // True when all were read.
+    // True when all were read. The caller gives the chain back, also what was read before a
+    // failure.
     bool GetElements(void* parent, CCommonXmlPxdElementData** first, unsigned int* err);
     // Gives a record back with all that are chained to it. Null is ignored.
     void releaseElementData(CCommonXmlPxdElementData* first);
@@ -105,7 +107,9 @@ public:
 
     // --- The system setting file ---
     //
-    // Read afresh on each call. The user's copy overrides the installed one setting by setting.
+    // Read afresh on each call. The user's copy overrides the installed one setting by setting, up
+    // to the first element in it that the catalogue does not know. A setting that it lacks is told
+    // of on standard output before the installed copy answers.
 
     bool GetElementValueSysCommSettingFile(unsigned int tagId, std::string* value);
     bool GetServiceName(std::string* value);
@@ -155,24 +159,20 @@ protected:
     std::shared_ptr<XMLPXD_FUNCLIST> m_FunctionsXmlPxd;
 
 private:
-    struct TextHash {
-        using is_transparent = void;
-        size_t operator()(std::string_view text) const {
-            return std::hash<std::string_view>{}(text);
-        }
-    };
-
-    unsigned int FirstElementID(std::string_view name);
+    // Brings the index of names up to date. Every operation that looks names up by it begins so.
+    void IndexTags();
+    unsigned int FirstElementID(std::string_view name) const;
     unsigned int AttributeID(std::string_view name) const;
     // The number of an element of that name, which depends on the parent's for a printer. 0, with
     // the reason in `*err`, when it has none or its parent cannot be read.
     unsigned int ElementIDOf(void* node, const std::string& name, unsigned int* err);
     void* Step(void* node, unsigned int tagId, unsigned int* err);
+    bool ReadElement(void* node, CCommonXmlPxdElementData* record, unsigned int* err);
 
     void* m_document = nullptr;
     std::string m_systemSettingFile;
     void* m_root = nullptr;  // of the document opened last, owned by whoever opened it
 
-    std::unordered_map<std::string, unsigned int, TextHash, std::equal_to<>> m_tagIndex;
-    size_t m_indexedTags = 0;  // how many entries the index was made of
+    std::vector<std::pair<unsigned int, std::string>> m_indexedTags;  // what the index was made of
+    std::unordered_map<std::string_view, unsigned int> m_tagIndex;
 };

@@ -24,6 +24,8 @@ const char* CCommonXmlPxd::getBNTCmdBase() const {
     return "/xmls/BNTCmdBase.xml";
 }
 
+// Interfaces of the class take texts by value.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 bool CCommonXmlPxd::InitializeXmlPxd(std::string systemSettingPath, std::string installPath,
                                      std::string parserPath, bool joinPaths) try {
     if (systemSettingPath.empty()) {
@@ -44,6 +46,7 @@ bool CCommonXmlPxd::InitializeXmlPxd(std::string systemSettingPath, std::string 
 } catch (const std::exception&) {
     return false;  // out of memory
 }
+// NOLINTEND(performance-unnecessary-value-param)
 
 void CCommonXmlPxd::LoadAPIsXmlPxd() try {
     m_FunctionsXmlPxd.reset(new (std::nothrow) XMLPXD_FUNCLIST());
@@ -74,7 +77,6 @@ void CCommonXmlPxd::FinishXmlPxd() {
     }
 }
 
-// Interfaces of the class take texts by value.
 // NOLINTBEGIN(performance-unnecessary-value-param)
 void* CCommonXmlPxd::OpenXml(std::string path, void** document) {
     if (m_FunctionsXmlPxd == nullptr || path.empty() || document == nullptr) {
@@ -122,6 +124,7 @@ void CCommonXmlPxd::CloseXml(void* document) {
 
 void CCommonXmlPxd::CloseXml() {
     CloseXml(std::exchange(m_document, nullptr));
+    m_root = nullptr;
 }
 
 void CCommonXmlPxd::DeleteNode(void* node) {

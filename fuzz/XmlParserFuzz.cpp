@@ -47,7 +47,8 @@ PNODE Root(const DocumentPointer& document) {
     return root;
 }
 
-// The element's name, attributes and text. Without layout, white space beside elements is left out.
+// The element's name, attributes and text. Without layout, white space between elements is left
+// out.
 std::string Described(PNODE element, bool withLayout) {
     unsigned int err = 0;
     std::string description = Text(GetElementName, element).append("\n");
@@ -61,7 +62,9 @@ std::string Described(PNODE element, bool withLayout) {
         description.append(Text(GetAttributeValue, attribute)).append("\n");
     }
     const std::string text = Text(GetElementText, element);
-    const bool isLayout = text.find_first_not_of(" \t\n") == std::string::npos;
+    PNODE child = GetFirstChild(element, &err);
+    const bool isLayout = child != nullptr && text.find_first_not_of(" \t\n") == std::string::npos;
+    DeleteNode(child);
     return description.append(isLayout && !withLayout ? "" : text).append("\n");
 }
 

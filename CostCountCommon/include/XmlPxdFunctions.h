@@ -58,9 +58,9 @@ extern "C" {
 
 // Each gives a new document, or null. What is read is one well-formed XML 1.0 document in UTF-8 or,
 // with a byte order mark, UTF-16. Nothing outside the text is looked at; entities other than the
-// five predefined ones are refused, and no default of a document type declaration is applied.
-// Comments, processing instructions, CDATA sections and the document type declaration are kept. A
-// literal line break of any kind becomes a line feed.
+// five predefined ones are refused. What a document type declaration declares is neither checked
+// nor applied. Comments, processing instructions, CDATA sections and the document type declaration
+// are kept. A literal line break of any kind becomes a line feed.
 
 // Reads `size` bytes, which are not kept. `flags` must be 0.
 using XmlPxdCreateDocByBin = PDOC(const unsigned char* data, unsigned long size, unsigned int flags,
@@ -78,12 +78,14 @@ using XmlPxdDeleteDoc = void(PDOC document);
 using XmlPxdGetXMLandAppDataBin = int(PDOC document, unsigned char* buffer, unsigned long size,
                                       unsigned int* err);
 // Writes the document as UTF-8, laid out for people: each element on a line of its own, indented,
-// except where that would change a text. Saving what was read from a saved file gives the same
+// except where that would change a text. A comment stays on the line that it ends, and empty lines
+// stay. Saving what was read from a saved file gives the same
 // bytes.
 //
 // The file is replaced whole, and is on the disk when this returns, or it stays as it was; no other
-// file is left, unless the process is killed meanwhile. An existing file keeps its mode and, where
-// the system allows it, its owner; it must be a regular file that the caller may write. A symbolic
+// file is left, unless the process is killed meanwhile. An existing file keeps its mode (but for
+// set-ID bits, and the rights of a group that it cannot keep) and, where the system allows it, its
+// owner; it must be a regular file that the caller may write. A symbolic
 // link is followed. A new file is for its owner alone. 0 or an error code: 8 also for a text that
 // CreateDocByFile would find too large.
 using XmlPxdSave = unsigned int(PDOC document, const char* path);
@@ -126,8 +128,8 @@ using XmlPxdGetAttributeName = unsigned long(PNODE attribute, char* buffer, unsi
                                              unsigned int* err);
 using XmlPxdGetAttributeValue = unsigned long(PNODE attribute, char* buffer, unsigned long size,
                                               unsigned int* err);
-// Adds an attribute or replaces the value of the one of that name. The value is machine text. 0 or
-// an error code.
+// Adds an attribute or replaces the value of the one of that name, which is looked for among all.
+// The value is machine text. 0 or an error code.
 using XmlPxdSetAttribute = unsigned int(PNODE element, const char* name, const char* value);
 
 // --- Lists, in document order ---
@@ -143,7 +145,8 @@ using XmlPxdGetAttributes = unsigned int(PNODE element, PNODE* attributes, unsig
                                          unsigned int* work, unsigned int* err);
 // The elements and attributes that an XPath 1.0 expression selects, seen from the element. Other
 // nodes that it selects are left out. An expression that is wrong, or whose value is no set of
-// nodes, is an invalid argument.
+// nodes, is an invalid argument. It takes the time that the expression asks for, which may be that
+// of the square of the document's size.
 using XmlPxdSelectNodesInElement = unsigned int(PNODE element, const char* xpath, PNODE* nodes,
                                                 unsigned int capacity, unsigned int* work,
                                                 unsigned int* err);

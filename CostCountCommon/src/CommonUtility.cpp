@@ -43,6 +43,11 @@ void LogError(unsigned int line, const char* message, int code = 0) {
     LibLogger().WriteLog(SOURCE, line, 'e', static_cast<unsigned int>(code), "%s", message);
 }
 
+// Printer identifiers come from outside: none may lead to another folder.
+bool IsFileName(const std::string& name) {
+    return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
+}
+
 }  // namespace
 
 bool CCommonUtility::GetDataFolderBase(MANAGEMENT_DATA_TYPE kind, std::string* folder) try {
@@ -151,7 +156,8 @@ bool CCommonUtility::DeleteConnectionJobLog(const char* printerId) try {
     std::string name = printerId;
     std::erase(name, ':');
     path.append("/logs/join/").append(name);
-    if (std::remove(path.c_str()) != 0 && errno != ENOENT) {
+    errno = EINVAL;
+    if (!IsFileName(name) || (std::remove(path.c_str()) != 0 && errno != ENOENT)) {
         LibLogger().WriteLog(SOURCE, __LINE__, 'e', static_cast<unsigned int>(errno),
                              "_tremove() failed. connectJobLogPath=%s", path.c_str());
         return false;

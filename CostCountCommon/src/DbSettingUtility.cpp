@@ -1,6 +1,8 @@
 // The job-log database's settings for callers that have no CCommonXmlPxd at hand. Its external
 // interface is the part of that name of CCommonUtility but for the names, which the XML layer below
 // uses too.
+#include <sys/stat.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <exception>
@@ -45,6 +47,13 @@ std::unique_ptr<OwnedXml> BoundXml() {
         return nullptr;
     }
     return xml;
+}
+
+// The template may be installed read-only, and a copy is as the template is.
+bool MakeWritable(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 &&
+           chmod(path.c_str(), (status.st_mode & 07777U) | S_IWUSR) == 0;
 }
 
 }  // namespace
@@ -98,10 +107,13 @@ bool CCommonUtility::CheckDBSettingFile(std::string folder) try {
         return true;
     }
     if (!CopyFile(GetDefaultDBSettingsFilePath().c_str(), file.c_str(), 1)) {
+        if (CheckFileExists(file)) {
+            return true;  // another program was first, and initialises it
+        }
         LogError(__LINE__, "CopyFile() failed.");
         return false;
     }
-    if (!initializeDBPath(folder)) {
+    if (!MakeWritable(file) || !initializeDBPath(folder)) {
         if (std::remove(file.c_str()) != 0) {
             LogError(__LINE__, "remove() failed.", errno);
         }

@@ -4,7 +4,16 @@
 #include "CostCountCommon/CommonUtility.h"
 #include "CostCountCommon/include/MacUtility.h"
 #include "CostCountCommon/src/BundleFolders.h"
+#include "CostCountCommon/src/Log.h"
 #include "compatible/osFree.h"
+
+namespace {
+
+void LogInvalidParameter(unsigned int line) {
+    LibLogger().WriteLog("CommonUtility", line, 'e', 0, "invalid parameter.");
+}
+
+}  // namespace
 
 void CCommonUtility::Sleep(unsigned int milliseconds) {
     ::Sleep(milliseconds);
@@ -12,6 +21,7 @@ void CCommonUtility::Sleep(unsigned int milliseconds) {
 
 bool CCommonUtility::CreateEvent(void** event) {
     if (event == nullptr) {
+        LogInvalidParameter(__LINE__);
         return false;
     }
     *event = ::CreateEvent(nullptr, false, false, nullptr);
@@ -32,6 +42,7 @@ void CCommonUtility::ResetEvent(void* event) {
 
 bool CCommonUtility::StartThread(unsigned int (*routine)(void*), void* argument, void** handle) {
     if (handle == nullptr) {
+        LogInvalidParameter(__LINE__);
         return false;
     }
     *handle = _beginthreadex(nullptr, 0, routine, argument, 0, nullptr);

@@ -37,42 +37,50 @@ bool ListAttributes(const XMLPXD_FUNCLIST& functions, PNODE node, std::vector<Xm
     }
     std::vector<PNODE> handles(count, nullptr);
     attributes->reserve(count);
-    const unsigned int given = functions.GetAttributes(node, handles.data(), count, &work, err);
+    functions.GetAttributes(node, handles.data(), count, &work, err);
     for (PNODE handle : handles) {
         attributes->emplace_back(functions, handle);
     }
-    return *err == XMLPXD_OK && given == count;
+    return *err == XMLPXD_OK;
 }
 
 }  // namespace
+
+// Fills what it can; the caller has brought the index up to date.
+bool CCommonXmlPxd::ReadElement(void* node, CCommonXmlPxdElementData* record, unsigned int* err) {
+    const XMLPXD_FUNCLIST& functions = *m_FunctionsXmlPxd;
+    if (!Read(functions, &XMLPXD_FUNCLIST::GetElementName, node, &record->m_Name, err)) {
+        return false;
+    }
+    record->m_ElementID = ElementIDOf(node, record->m_Name, err);
+    std::vector<XmlNode> attributes;
+    if (record->m_ElementID == XMLTAG_NONE ||
+        !Read(functions, &XMLPXD_FUNCLIST::GetElementText, node, &record->m_Values.emplace_back(),
+              err) ||
+        !ListAttributes(functions, node, &attributes, err)) {
+        return false;
+    }
+    for (const XmlNode& attribute : attributes) {
+        std::string& name = record->m_AttributeNames.emplace_back();
+        std::string& value = record->m_AttributeValues.emplace_back();
+        if (!Read(functions, &XMLPXD_FUNCLIST::GetAttributeName, attribute.Get(), &name, err) ||
+            !Read(functions, &XMLPXD_FUNCLIST::GetAttributeValue, attribute.Get(), &value, err)) {
+            return false;
+        }
+        record->m_AttributeIDs.push_back(AttributeID(name));
+    }
+    return true;
+}
 
 bool CCommonXmlPxd::GetElementData(void* node, CCommonXmlPxdElementData* record,
                                    unsigned int* err) try {
     if (m_FunctionsXmlPxd == nullptr || node == nullptr || record == nullptr || err == nullptr) {
         return false;
     }
-    const XMLPXD_FUNCLIST& functions = *m_FunctionsXmlPxd;
+    IndexTags();
     CCommonXmlPxdElementData data;
-    if (!Read(functions, &XMLPXD_FUNCLIST::GetElementName, node, &data.m_Name, err)) {
+    if (!ReadElement(node, &data, err)) {
         return false;
-    }
-    data.m_ElementID = ElementIDOf(node, data.m_Name, err);
-    if (data.m_ElementID == XMLTAG_NONE || !Read(functions, &XMLPXD_FUNCLIST::GetElementText, node,
-                                                 &data.m_Values.emplace_back(), err)) {
-        return false;
-    }
-    std::vector<XmlNode> attributes;
-    if (!ListAttributes(functions, node, &attributes, err)) {
-        return false;
-    }
-    for (const XmlNode& attribute : attributes) {
-        std::string& name = data.m_AttributeNames.emplace_back();
-        std::string& value = data.m_AttributeValues.emplace_back();
-        if (!Read(functions, &XMLPXD_FUNCLIST::GetAttributeName, attribute.Get(), &name, err) ||
-            !Read(functions, &XMLPXD_FUNCLIST::GetAttributeValue, attribute.Get(), &value, err)) {
-            return false;
-        }
-        data.m_AttributeIDs.push_back(AttributeID(name));
     }
     data.m_Next = record->m_Next;
     *record = std::move(data);
@@ -82,25 +90,30 @@ bool CCommonXmlPxd::GetElementData(void* node, CCommonXmlPxdElementData* record,
     return false;
 }
 
-bool CCommonXmlPxd::GetElements(void* parent, CCommonXmlPxdElementData** first, unsigned int* err) {
+bool CCommonXmlPxd::GetElements(void* parent, CCommonXmlPxdElementData** first,
+                                unsigned int* err) try {
     if (first != nullptr) {
         *first = nullptr;
     }
-    if (m_FunctionsXmlPxd == nullptr || m_FunctionsXmlPxd->GetAllChildElements == nullptr ||
-        parent == nullptr || first == nullptr || err == nullptr) {
+    if (m_FunctionsXmlPxd == nullptr || parent == nullptr || first == nullptr || err == nullptr) {
         return false;
     }
     const XMLPXD_FUNCLIST& functions = *m_FunctionsXmlPxd;
+    if (functions.GetAllChildElements == nullptr) {
+        *err = XMLPXD_INVALID_ARGUMENT;
+        return false;
+    }
     unsigned int work = 0;
     const unsigned int count = functions.GetAllChildElements(parent, nullptr, 0, &work, err);
     if (*err != XMLPXD_OK) {
         return false;
     }
     XmlNode current;
+    unsigned int currentId = XMLTAG_NONE;
     CCommonXmlPxdElementData** end = first;
     for (unsigned int i = 0; i < count; ++i) {
-        PNODE from = current ? current.Get() : parent;
-        current = XmlNode(functions, GetNextNode(from, NODE_SELF, err));
+        current = XmlNode(functions, current ? Step(current.Get(), currentId, err)
+                                             : GetNextNode(parent, NODE_SELF, err));
         if (!current) {
             return false;
         }
@@ -110,13 +123,18 @@ bool CCommonXmlPxd::GetElements(void* parent, CCommonXmlPxdElementData** first, 
             LibLogger().WriteLog(SOURCE, __LINE__, 'e', 0, "new CCommonXmlPxdElementData failed.");
             return false;
         }
-        if (!GetElementData(current.Get(), record.get(), err)) {
+        // The first step has brought the index up to date.
+        if (!ReadElement(current.Get(), record.get(), err)) {
             return false;
         }
+        currentId = record->m_ElementID;
         *end = record.release();
         end = &(*end)->m_Next;
     }
     return true;
+} catch (const std::exception&) {
+    *err = XMLPXD_OUT_OF_MEMORY;
+    return false;
 }
 
 void CCommonXmlPxd::releaseElementData(CCommonXmlPxdElementData* first) {

@@ -86,6 +86,7 @@ void* CCommonXmlPxd::GetNextNode(void* node, unsigned int tagId, unsigned int* e
         return nullptr;
     }
     if (tagId == NODE_SELF) {
+        IndexTags();
         std::string name;
         if (!ReadName(*m_FunctionsXmlPxd, node, &name, err)) {
             return nullptr;
@@ -127,6 +128,7 @@ void* CCommonXmlPxd::SearchElement(void* start, unsigned int tagId, unsigned int
         return nullptr;
     }
     std::string name;
+    // The first step has brought the index up to date.
     for (XmlNode candidate(functions, GetNextNode(start, NODE_SELF, err)); candidate;) {
         if (!ReadName(functions, candidate.Get(), &name, err)) {
             return nullptr;
@@ -165,8 +167,11 @@ void* CCommonXmlPxd::SearchParentElement(void* parent, unsigned int tagId, unsig
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 unsigned int CCommonXmlPxd::GetElementNumber(void* node, std::string name, unsigned int* err) {
-    if (m_FunctionsXmlPxd == nullptr || m_FunctionsXmlPxd->GetElementsByElementName == nullptr ||
-        node == nullptr || err == nullptr) {
+    if (m_FunctionsXmlPxd == nullptr || node == nullptr || err == nullptr) {
+        return NO_NUMBER;
+    }
+    if (m_FunctionsXmlPxd->GetElementsByElementName == nullptr) {
+        *err = XMLPXD_INVALID_ARGUMENT;
         return NO_NUMBER;
     }
     unsigned int work = 0;

@@ -1,12 +1,24 @@
 #include "CostCountCommon/xmlpxd/Print.h"
 
+#include <pthread.h>
+
 #include <cstdarg>
 #include <cstdio>
 #include <string_view>
 
+namespace {
+
+void Unlock(void* stream) {
+    funlockfile(static_cast<FILE*>(stream));
+}
+
+}  // namespace
+
 void Print(const char* format, ...) {
-    // Locked, so that lines of several threads do not mix.
+    // Locked, so that lines of several threads do not mix; given back also when the thread is
+    // cancelled while nobody reads the output.
     flockfile(stdout);
+    pthread_cleanup_push(Unlock, stdout);
     va_list arguments;
     va_start(arguments, format);
     std::vprintf(format, arguments);
@@ -14,5 +26,5 @@ void Print(const char* format, ...) {
     if (!std::string_view(format).ends_with('\n')) {
         std::putchar('\n');
     }
-    funlockfile(stdout);
+    pthread_cleanup_pop(1);
 }

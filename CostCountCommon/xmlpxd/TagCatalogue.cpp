@@ -361,9 +361,6 @@ void CCommonXmlPxd::CreateMapCommandKeys() try {
 // Interfaces of the class take texts by value.
 // NOLINTBEGIN(performance-unnecessary-value-param)
 unsigned int CCommonXmlPxd::GetElementID(std::string name, bool second) {
-    if (!second) {
-        return FirstElementID(name);
-    }
     for (const auto& [id, text] : m_XmlTagIDs) {
         if (text == name && !std::exchange(second, false)) {
             return id;
@@ -383,26 +380,28 @@ unsigned int CCommonXmlPxd::AttributeID(std::string_view name) const {
     return found == m_XmlTagIDs.end() ? XMLTAG_NONE : found->first;
 }
 
-// Every element that is read asks for its number, so names are indexed. What the index says is held
-// against the catalogue, which a derived class may change; a name it does not know is looked for.
-unsigned int CCommonXmlPxd::FirstElementID(std::string_view name) {
-    if (m_indexedTags != m_XmlTagIDs.size()) {
-        m_tagIndex.clear();
-        for (const auto& [id, text] : m_XmlTagIDs) {
-            m_tagIndex.emplace(text, id);  // the first of a name stays
-        }
-        m_indexedTags = m_XmlTagIDs.size();
+// Every element that is read asks for its number. A derived class may have changed any entry since
+// the last operation, so the whole catalogue is compared, once for all the elements that an
+// operation reads.
+void CCommonXmlPxd::IndexTags() {
+    if (std::equal(m_XmlTagIDs.begin(), m_XmlTagIDs.end(), m_indexedTags.begin(),
+                   m_indexedTags.end(), [](const auto& tag, const auto& indexed) {
+                       return tag.first == indexed.first && tag.second == indexed.second;
+                   })) {
+        return;
     }
-    const auto indexed = m_tagIndex.find(name);
-    if (indexed != m_tagIndex.end()) {
-        const auto entry = m_XmlTagIDs.find(indexed->second);
-        if (entry != m_XmlTagIDs.end() && entry->second == name) {
-            return entry->first;
-        }
+    decltype(m_indexedTags) tags(m_XmlTagIDs.begin(), m_XmlTagIDs.end());
+    decltype(m_tagIndex) index;
+    for (const auto& [id, text] : tags) {
+        index.emplace(text, id);  // the first of a name stays
     }
-    const auto found = std::find_if(m_XmlTagIDs.begin(), m_XmlTagIDs.end(),
-                                    [&](const auto& entry) { return entry.second == name; });
-    return found == m_XmlTagIDs.end() ? XMLTAG_NONE : found->first;
+    m_indexedTags.swap(tags);
+    m_tagIndex.swap(index);
+}
+
+unsigned int CCommonXmlPxd::FirstElementID(std::string_view name) const {
+    const auto found = m_tagIndex.find(name);
+    return found == m_tagIndex.end() ? static_cast<unsigned int>(XMLTAG_NONE) : found->second;
 }
 
 unsigned int CCommonXmlPxd::hasAttribute(unsigned int id) const {

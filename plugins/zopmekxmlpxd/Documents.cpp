@@ -30,16 +30,19 @@ bool TakeOver(int descriptor, const struct stat& existing) {
     return fchmod(descriptor, mode) == 0;
 }
 
-bool WriteFile(const std::string& path, const std::string& text) {
+void WriteFile(const std::string& path, const Document& document) {
     ReplacingFile file;
     struct stat existing {};
     const bool exists = stat(path.c_str(), &existing) == 0;
-    if (exists && (!S_ISREG(existing.st_mode) || access(path.c_str(), W_OK) != 0)) {
-        return false;
-    }
-    return file.Create(path, ReplacingFile::Placement::REPLACE) &&
-           (!exists || TakeOver(file.Descriptor(), existing)) &&
-           file.Write(text.data(), text.size()) && file.Commit();
+    Require(!exists || (S_ISREG(existing.st_mode) && access(path.c_str(), W_OK) == 0),
+            XMLPXD_FILE_NOT_WRITTEN);
+    Require(file.Create(path, ReplacingFile::Placement::REPLACE) &&
+                (!exists || TakeOver(file.Descriptor(), existing)),
+            XMLPXD_FILE_NOT_WRITTEN);
+    Serialize(document, Layout::INDENTED, XMLPXD_FILE_NOT_WRITTEN, [&file](std::string_view piece) {
+        Require(file.Write(piece.data(), piece.size()), XMLPXD_FILE_NOT_WRITTEN);
+    });
+    Require(file.Commit(), XMLPXD_FILE_NOT_WRITTEN);
 }
 
 }  // namespace
@@ -87,8 +90,6 @@ int GetXMLandAppDataBin(PDOC document, unsigned char* buffer, unsigned long size
 unsigned int Save(PDOC document, const char* path) {
     return Outcome([=] {
         Require(path != nullptr, XMLPXD_INVALID_ARGUMENT);
-        const std::string text =
-            Serialized(DocumentOf(document), Layout::INDENTED, XMLPXD_FILE_NOT_WRITTEN);
-        Require(WriteFile(path, text), XMLPXD_FILE_NOT_WRITTEN);
+        WriteFile(path, DocumentOf(document));
     });
 }

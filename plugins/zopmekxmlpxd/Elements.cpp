@@ -8,12 +8,16 @@
 
 namespace {
 
-bool IsText(pugi::xml_node node) {
-    return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
+// `node` itself or the first sibling after it that is text; none when there is none.
+pugi::xml_node TextFrom(pugi::xml_node node) {
+    while (node && !IsText(node)) {
+        node = node.next_sibling();
+    }
+    return node;
 }
 
 pugi::xml_node FirstText(pugi::xml_node element) {
-    return element.find_child(IsText);
+    return TextFrom(element.first_child());
 }
 
 PNODE Existing(pugi::xml_node node, unsigned int* err) {
@@ -134,17 +138,16 @@ unsigned long GetElementText(PNODE element, char* buffer, unsigned long size, un
     return Answer(err, XMLPXD_NO_LENGTH, [=] {
         const pugi::xml_node node = ElementOf(element);
         size_t length = 0;
-        for (const pugi::xml_node child : node.children()) {
-            length += IsText(child) ? std::strlen(child.value()) : 0;
+        for (pugi::xml_node text = FirstText(node); text; text = TextFrom(text.next_sibling())) {
+            length += std::strlen(text.value());
         }
         if (IsFilling(buffer, size, length + 1)) {
             char* end = buffer;
-            for (const pugi::xml_node child : node.children()) {
-                if (IsText(child)) {
-                    const size_t part = std::strlen(child.value());
-                    std::memcpy(end, child.value(), part);
-                    end += part;
-                }
+            for (pugi::xml_node text = FirstText(node); text;
+                 text = TextFrom(text.next_sibling())) {
+                const size_t part = std::strlen(text.value());
+                std::memcpy(end, text.value(), part);
+                end += part;
             }
             *end = '\0';
         }

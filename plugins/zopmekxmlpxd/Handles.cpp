@@ -39,6 +39,11 @@ pugi::xml_attribute AttributeOf(PNODE handle) {
         reinterpret_cast<pugi::xml_attribute_struct*>(static_cast<char*>(handle) - ATTRIBUTE_BIT));
 }
 
+bool IsText(pugi::xml_node node) {
+    const pugi::xml_node_type type = node.type();
+    return type == pugi::node_pcdata || type == pugi::node_cdata;
+}
+
 pugi::xml_node ElementFrom(pugi::xml_node node) {
     while (node && node.type() != pugi::node_element) {
         node = node.next_sibling();

@@ -22,5 +22,8 @@ Document& DocumentOf(PDOC handle);
 pugi::xml_node ElementOf(PNODE handle);
 pugi::xml_attribute AttributeOf(PNODE handle);
 
+// Whether the node is text or a CDATA section.
+bool IsText(pugi::xml_node node);
+
 // `node` itself or the first sibling after it that is an element; none when there is none.
 pugi::xml_node ElementFrom(pugi::xml_node node);

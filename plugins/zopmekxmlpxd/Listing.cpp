@@ -1,4 +1,6 @@
 // The entries that list nodes.
+#include <locale.h>
+
 #include <string_view>
 
 #include "compatible/Utf8.h"
@@ -11,7 +13,7 @@ namespace {
 class List {
 public:
     List(PNODE* nodes, unsigned int capacity) : m_nodes(nodes), m_capacity(capacity) {
-        Require((nodes == nullptr) == (capacity == 0), XMLPXD_INVALID_ARGUMENT);
+        Require(nodes != nullptr || capacity == 0, XMLPXD_INVALID_ARGUMENT);
     }
 
     void Add(PNODE node) {
@@ -27,6 +29,26 @@ private:
     PNODE* m_nodes;
     unsigned int m_capacity;
     unsigned int m_count = 0;
+};
+
+// Numbers of expressions have a decimal point, whatever the locale of the program: the parser
+// library reads and writes them by functions that follow the locale.
+class PlainNumbers {
+public:
+    PlainNumbers() : m_plain(newlocale(LC_ALL_MASK, "C", nullptr)) {
+        Require(m_plain != nullptr, XMLPXD_OUT_OF_MEMORY);
+        m_earlier = uselocale(m_plain);
+    }
+    ~PlainNumbers() {
+        uselocale(m_earlier);
+        freelocale(m_plain);
+    }
+    PlainNumbers(const PlainNumbers&) = delete;
+    PlainNumbers& operator=(const PlainNumbers&) = delete;
+
+private:
+    locale_t m_plain;
+    locale_t m_earlier = nullptr;
 };
 
 // The next node below `top` in document order; none after the last.
@@ -88,6 +110,7 @@ unsigned int SelectNodesInElement(PNODE element, const char* xpath, PNODE* nodes
     return Answer(err, 0U, [=] {
         Require(xpath != nullptr && IsUtf8(xpath), XMLPXD_INVALID_ARGUMENT);
         List list(nodes, capacity);
+        const PlainNumbers numbers;
         pugi::xpath_node_set found = ElementOf(element).select_nodes(xpath);
         found.sort();
         for (const pugi::xpath_node& node : found) {

@@ -1,7 +1,9 @@
 // From a document to XML text.
 #pragma once
 
+#include <functional>
 #include <string>
+#include <string_view>
 
 #include "plugins/zopmekxmlpxd/Handles.h"
 
@@ -10,5 +12,10 @@ enum class Layout {
     INDENTED,  // anew, for people, without change to any text
 };
 
-// Throws Refusal with `tooLarge` for a text that could not be read again.
+// Takes the text in pieces, so that a large one need not lie in memory.
+using TextSink = std::function<void(std::string_view)>;
+
+// Both throw Refusal with `tooLarge` for a text that could not be read again; some of it may have
+// been given to the sink then.
+void Serialize(const Document& document, Layout layout, XmlPxdError tooLarge, const TextSink& sink);
 std::string Serialized(const Document& document, Layout layout, XmlPxdError tooLarge);

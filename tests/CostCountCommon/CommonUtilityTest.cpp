@@ -96,10 +96,16 @@ TEST_F(CommonUtility, LogsOfConnectionsAreDeleted) {
     EXPECT_FALSE(std::filesystem::exists(logs + "001B"));
     EXPECT_FALSE(CCommonUtility::DeleteConnectionJobLog("taken"));
     EXPECT_FALSE(CCommonUtility::DeleteConnectionJobLog(nullptr));
+    WriteFile(logs + "../kept", "");
+    EXPECT_FALSE(CCommonUtility::DeleteConnectionJobLog("::"));
+    EXPECT_FALSE(CCommonUtility::DeleteConnectionJobLog("../kept"));
+    EXPECT_TRUE(std::filesystem::exists(logs + "../kept"));
+    const Texts logged = Logged();
+    ASSERT_EQ(4U, logged.size());
     EXPECT_EQ((Texts{"CommonUtility: _tremove() failed. connectJobLogPath=" + logs + "taken " +
                          std::to_string(ENOTEMPTY),
                      "CommonUtility: pPrinterId is NULL."}),
-              Logged());
+              Texts(logged.begin(), logged.begin() + 2));
 }
 
 TEST_F(CommonUtility, TheSettingsStoreHasOneKey) {

@@ -1,16 +1,17 @@
 #include "tests/support/FailingAllocation.h"
 
 #include <atomic>
-#include <cstdint>
 #include <cstdlib>
 #include <new>
 
 namespace {
 
 std::atomic<size_t> gRefusedFrom{SIZE_MAX};
+std::atomic<size_t> gRefusedUpTo{SIZE_MAX};
 
 void* Allocate(size_t size) {
-    return size >= gRefusedFrom ? nullptr : std::malloc(size == 0 ? 1 : size);
+    return size >= gRefusedFrom && size <= gRefusedUpTo ? nullptr
+                                                        : std::malloc(size == 0 ? 1 : size);
 }
 
 void* AllocateOrThrow(size_t size) {
@@ -23,7 +24,8 @@ void* AllocateOrThrow(size_t size) {
 
 }  // namespace
 
-FailingAllocation::FailingAllocation(size_t size) {
+FailingAllocation::FailingAllocation(size_t size, size_t largest) {
+    gRefusedUpTo = largest;
     gRefusedFrom = size;
 }
 

@@ -3,11 +3,12 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 class FailingAllocation {
 public:
-    // Allocations of `size` bytes and more fail.
-    explicit FailingAllocation(size_t size);
+    // Allocations of `size` bytes and more, up to `largest`, fail.
+    explicit FailingAllocation(size_t size, size_t largest = SIZE_MAX);
     ~FailingAllocation();
     FailingAllocation(const FailingAllocation&) = delete;
     FailingAllocation& operator=(const FailingAllocation&) = delete;

@@ -48,20 +48,24 @@ TEST_F(Save, LaysOutWithoutChangingTexts) {
     } cases[] = {
         {"<r/>", "<r/>\n"},
         {"<r><a>1</a><b/><c><d> </d></c></r>",
-         "<r>\n  <a>1</a>\n  <b/>\n  <c>\n    <d> </d>\n  </c>\n</r>\n"},
-        {"<r>\n\n      <a/>\n\t</r>", "<r>\n  <a/>\n</r>\n"},
+         "<r>\n    <a>1</a>\n    <b/>\n    <c>\n        <d> </d>\n    </c>\n</r>\n"},
+        {"<r>\n\n\n            <a/>\n\t</r>", "<r>\n\n    <a/>\n</r>\n"},
         {"<r><a> <b/>text<c><d/></c></a><e/></r>",
-         "<r>\n  <a> <b/>text<c><d/></c></a>\n  <e/>\n</r>\n"},
+         "<r>\n    <a> <b/>text<c><d/></c></a>\n    <e/>\n</r>\n"},
         {"<r><a>&#13;<b/></a><a><![CDATA[ ]]><b/></a></r>",
-         "<r>\n  <a>&#13;<b/></a>\n  <a><![CDATA[ ]]><b/></a>\n</r>\n"},
+         "<r>\n    <a>&#13;<b/></a>\n    <a><![CDATA[ ]]><b/></a>\n</r>\n"},
         {"<r><a xml:space='preserve'> <b/></a></r>",
-         "<r>\n  <a xml:space=\"preserve\"> <b/></a>\n</r>\n"},
+         "<r>\n    <a xml:space=\"preserve\"> <b/></a>\n</r>\n"},
         {"<?xml version='1.0' standalone='yes'?><!DOCTYPE r [<!ENTITY e 'x'>]><?p a?><!--c-->"
          "<r><!--d\n e--><?q?><u:unknown/></r><!--f-->",
-         "<!DOCTYPE r [<!ENTITY e 'x'>]>\n<?p a?>\n<!--c-->\n<r>\n  <!--d\n e-->\n  <?q?>\n"
-         "  <u:unknown/>\n</r>\n<!--f-->\n"},
-        {"<r a='&#13;&#10;&#9; x\ny'>&#13;\n\t</r>",
-         "<r a=\"&#13;&#10;&#9; x y\">&#13;\n\t</r>\n"}};
+         "<!DOCTYPE r [<!ENTITY e 'x'>]>\n<?p a?>\n<!--c-->\n<r>\n    <!--d\n e-->\n    <?q?>\n"
+         "    <u:unknown/>\n</r>\n<!--f-->\n"},
+        {"<r a='&#13;&#10;&#9; x\ny'>&#13;\n\t</r>", "<r a=\"&#13;&#10;&#9; x y\">&#13;\n\t</r>\n"},
+        // Beside a comment alone, white space is a value; a comment stays on its line.
+        {"<r><a><!--none--></a><b> <?p q?></b></r>",
+         "<r>\n    <a><!--none--></a>\n    <b> <?p q?></b>\n</r>\n"},
+        {"<r>\n<a/>  <!--of a-->\n\n\n<!--of b-->\n<b/></r>",
+         "<r>\n    <a/>  <!--of a-->\n\n    <!--of b-->\n    <b/>\n</r>\n"}};
     for (const auto& c : cases) {
         ASSERT_EQ(0U, SaveText(c.xml, m_path));
         const std::string saved = ReadFile(m_path);

@@ -1,0 +1,106 @@
+#include <functional>
+#include <map>
+
+#include "tests/CostCountCommon/BoundXml.h"
+
+namespace {
+
+TEST(TagCatalogue, NumbersOfNames) {
+    BoundXml xml;
+    const struct {
+        const char* name;
+        unsigned int first;
+        unsigned int second;
+        unsigned int attribute;
+    } rows[] = {
+        {"cmsystem", 1, 0, 0},
+        {"printer", 36, 103, 0},
+        {"printerList", 102, 0, 0},
+        {"mngprinter", 33, 64, 0},
+        {"rsv", 69, 78, 0},
+        {"detchinfo", 120, 151, 0},
+        {"result", 147, 169, 0},
+        {"printerid", 131, 146, 0},      // the third, 158, is out of reach
+        {"name", 37, 194, 194},          // attributes count too
+        {"location_id", 135, 162, 199},  // an attribute only as the third
+        {"ATTRIBUTETOP", 188, 0, 188},
+        {"version", 189, 0, 189},
+        {"host_name", 202, 0, 202},
+        {"massagetype", 127, 0, 0},
+        {"messagetype", 0, 0, 0},
+        {"Printer", 0, 0, 0},
+        {"printe", 0, 0, 0},
+        {"printer ", 0, 0, 0},
+        {"", 0, 0, 0},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(row.first, xml.GetElementID(row.name, false)) << row.name;
+        EXPECT_EQ(row.second, xml.GetElementID(row.name, true)) << row.name;
+        EXPECT_EQ(row.attribute, xml.GetAttributeID(row.name)) << row.name;
+    }
+    EXPECT_EQ(0U, xml.m_XmlTagIDs.count(25));
+    EXPECT_EQ(0U, xml.GetElementID(std::string("rsv\0", 4), false));
+    EXPECT_EQ("ReqSatrt", xml.m_CommandKeys.at(15));
+    EXPECT_EQ(23U, xml.m_CommandKeys.size());
+    const std::map<unsigned int, unsigned int> counts = {{99, 3}, {105, 2}, {103, 1}, {36, 0},
+                                                         {25, 0}, {0, 0},   {203, 0}};
+    for (const auto& [id, count] : counts) {
+        EXPECT_EQ(count, xml.hasAttribute(id)) << id;
+    }
+}
+
+// What a derived class makes of the catalogue holds at once, wherever names are looked up.
+TEST(TagCatalogue, FollowsEveryChange) {
+    BoundXml xml;
+    const OpenedText text(xml, "<mngprinter><printer/></mngprinter>");
+    unsigned int err = 0;
+    void* printer = xml.SearchElement(text.Root(), 36, &err);
+    ASSERT_NE(nullptr, printer);
+    using Tags = std::map<unsigned int, std::string>;
+    const struct {
+        std::function<void(Tags&)> change;
+        unsigned int expected;
+    } rows[] = {
+        {[](Tags&) {}, 36},
+        {[](Tags& tags) { tags.erase(36); }, 103},
+        {[](Tags& tags) { tags[25] = "printer"; }, 25},
+        {[](Tags& tags) { tags[5] = "printer"; }, 5},
+        {[](Tags& tags) {  // no more entries than before
+             tags.erase(190);
+             tags[25] = "printer";
+         },
+         25},
+        {[](Tags& tags) { tags[36] = tags[103] = "other"; }, 0},
+        {[](Tags& tags) {
+             tags.erase(36);
+             tags.erase(103);
+             tags[400] = "printer";
+         },
+         400},
+        {[](Tags& tags) { tags.clear(); }, 0},
+    };
+    const Tags original = xml.m_XmlTagIDs;
+    for (const auto& row : rows) {
+        xml.m_XmlTagIDs = original;
+        row.change(xml.m_XmlTagIDs);
+        CCommonXmlPxdElementData record;
+        EXPECT_EQ(row.expected != 0, xml.GetElementData(printer, &record, &err));
+        EXPECT_EQ(row.expected, record.m_ElementID) << &row - rows;
+        EXPECT_EQ(row.expected, xml.GetElementID("printer", false)) << &row - rows;
+    }
+    EXPECT_EQ(0U, xml.GetAttributeID("version"));
+    xml.m_XmlTagIDs = original;
+    xml.m_XmlTagIDs.erase(188);
+    EXPECT_EQ(0U, xml.GetAttributeID("version")) << "attributes begin behind the marker";
+    xml.m_XmlTagIDs[203] = "mine";
+    xml.m_CommandKeys.erase(2);
+    const auto changed = xml.m_XmlTagIDs;
+    const auto changedKeys = xml.m_CommandKeys;
+    xml.CreateMapSystemCommonSettingTags();
+    xml.CreateMapCommandKeys();
+    EXPECT_EQ(changed, xml.m_XmlTagIDs);
+    EXPECT_EQ(changedKeys, xml.m_CommandKeys);
+    xml.DeleteNode(printer);
+}
+
+}  // namespace
