@@ -20,6 +20,8 @@
 #include "host/info/PapersCommand.h"
 #include "host/info/PathsCommand.h"
 #include "host/input/RowSource.h"
+#include "host/settings/DbCommand.h"
+#include "host/settings/SettingsCommand.h"
 
 namespace {
 
@@ -43,17 +45,21 @@ constexpr auto ADD_COMMANDS = std::to_array<tallyquist::Command (*)(CLI::App&)>(
     tallyquist::AddExportCommand,
     tallyquist::AddPapersCommand,
     tallyquist::AddPathsCommand,
+    tallyquist::AddSettingsCommand,
+    tallyquist::AddDbCommand,
 });
 
 // Sends the user to the help of the command at hand, or of the program when there is none.
 std::string UsageMessage(const CLI::App* program, const CLI::Error& error) {
     std::string reason = error.what();
     std::string line = program->get_name();
-    for (const CLI::App* command : program->get_subcommands()) {
+    const CLI::App* command = program;
+    while (!command->get_subcommands().empty()) {
+        command = command->get_subcommands().front();
         line.append(" ").append(command->get_name());
     }
-    if (program->get_subcommands().empty() && program->remaining_size() != 0) {
-        reason = tallyquist::Printable(program->remaining().front()).append(" is not a command");
+    if (command->get_require_subcommand_min() != 0 && command->remaining_size() != 0) {
+        reason = tallyquist::Printable(command->remaining().front()).append(" is not a command");
     }
     return std::string("tallyquist: ")
         .append(reason)

@@ -41,14 +41,19 @@ bool IsReference(std::string_view name) {
                : std::find(std::begin(ENTITIES), std::end(ENTITIES), name) != std::end(ENTITIES);
 }
 
-bool AreReferencesKnown(std::string_view text) {
-    for (size_t at = text.find('&'); at != std::string_view::npos; at = text.find('&', at)) {
-        const size_t end = text.find(';', ++at);
-        if (end == std::string_view::npos || !IsReference(text.substr(at, end - at))) {
-            return false;
+// The position of the first reference that is not known, or npos.
+size_t FindUnknownReference(std::string_view text) {
+    for (size_t at = text.find('&'); at != std::string_view::npos; at = text.find('&', at + 1)) {
+        const size_t end = text.find(';', at);
+        if (end == std::string_view::npos || !IsReference(text.substr(at + 1, end - at - 1))) {
+            return at;
         }
     }
-    return true;
+    return std::string_view::npos;
+}
+
+bool AreReferencesKnown(std::string_view text) {
+    return FindUnknownReference(text) == std::string_view::npos;
 }
 
 // Reads through the text once. Each function takes one thing of the grammar and tells whether it
@@ -68,6 +73,9 @@ public:
         }
         return m_hadRoot && m_depth == 0;
     }
+
+    // How far it came.
+    size_t Position() const { return m_at; }
 
 private:
     bool Take(std::string_view token) {
@@ -177,10 +185,10 @@ private:
     bool Text() {
         const size_t end = std::min(m_text.find('<', m_at), m_text.size());
         const std::string_view text = m_text.substr(m_at, end - m_at);
-        m_at = end;
-        return m_depth == 0
-                   ? std::all_of(text.begin(), text.end(), IsXmlSpace)
-                   : text.find("]]>") == std::string_view::npos && AreReferencesKnown(text);
+        const size_t wrong = m_depth == 0 ? text.find_first_not_of(" \t\n\r")
+                                          : std::min(text.find("]]>"), FindUnknownReference(text));
+        m_at = wrong == std::string_view::npos ? end : m_at + wrong;
+        return wrong == std::string_view::npos;
     }
 
     bool StartTag() {
@@ -300,5 +308,10 @@ private:
 }  // namespace
 
 bool IsWellFormed(std::string_view text, std::string_view encoding) {
-    return Reader(text).Document(encoding);
+    return FindIllFormed(text, encoding) == std::string_view::npos;
+}
+
+size_t FindIllFormed(std::string_view text, std::string_view encoding) {
+    Reader reader(text);
+    return reader.Document(encoding) ? std::string_view::npos : reader.Position();
 }

@@ -4,6 +4,7 @@
 #include "CostCountCommon/NamedLock.h"
 #include "tests/CostCountCommon/SettingsFixture.h"
 #include "tests/support/FailingAllocation.h"
+#include "tests/support/Processes.h"
 
 namespace {
 
@@ -219,6 +220,7 @@ TEST_F(DbSettings, AFileThatCannotBeFilledGoesAgain) {
 }
 
 TEST_F(DbSettings, MovingIsKnownByItsLock) {
+    const Turn turn("DBMOVE");
     EXPECT_FALSE(CCommonUtility::IsJobLogDBMoving());
     CNamedLock lock;
     ASSERT_EQ(CNamedLock::LOCKED, lock.Lock("K7Q3MZP2WD.RX.qvtrel/DBMOVE", 0));

@@ -1,11 +1,14 @@
 #include "tests/support/Processes.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
 #include <iterator>
+#include <stdexcept>
 #include <string_view>
 
 ChildProcess::ChildProcess(const std::function<int()>& body) : m_id(fork()) {
@@ -40,6 +43,17 @@ std::string UniqueShortName(int index) {
         name += DIGITS[rest % DIGITS.size()];
     }
     return name;
+}
+
+Turn::Turn(const std::string& name)
+    : m_file(open(("/tmp/tallyquist-test-" + name).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666)) {
+    if (m_file < 0 || flock(m_file, LOCK_EX) != 0) {
+        throw std::runtime_error("no turn at " + name);
+    }
+}
+
+Turn::~Turn() {
+    close(m_file);
 }
 
 int ThreadCount() {

@@ -27,6 +27,19 @@ private:
 // A name of 5 characters for semaphores. `index` tells those of one test apart, below 36.
 std::string UniqueShortName(int index = 0);
 
+// The turn at something that all programs of this machine know by one fixed name, so that tests of
+// it never run at the same time. It ends with the scope.
+class Turn {
+public:
+    explicit Turn(const std::string& name);
+    ~Turn();
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+private:
+    int m_file;
+};
+
 // How many threads this process has. One that was joined may count for a moment longer.
 int ThreadCount();
 // Whether the number falls to `count` in the time that a machine under load needs.

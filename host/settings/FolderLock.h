@@ -1,0 +1,22 @@
+// Turns at changing the files of a folder.
+#pragma once
+
+#include <string>
+
+#include "CostCountCommon/src/FileDescriptor.h"
+
+namespace tallyquist {
+
+// Who reads a file, changes it and saves it under this lock loses no change of another who does.
+// The lock is on the folder, because a save replaces the file; it is gone with the process that
+// holds it, unlike the library's named locks.
+class FolderLock {
+public:
+    // Makes the folder where it is missing and waits for the turn. Throws CommandError.
+    explicit FolderLock(const std::string& folder);
+
+private:
+    FileDescriptor m_folder;
+};
+
+}  // namespace tallyquist

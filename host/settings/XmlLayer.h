@@ -1,0 +1,24 @@
+// The library's XML layer for the settings commands.
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "CostCountCommon/CommonXMLPxd.h"
+
+namespace tallyquist {
+
+class XmlLayer final : public CCommonXmlPxd {
+public:
+    // Has the catalogue of names, nothing more.
+    XmlLayer();
+
+    // Loads the parser plug-in. To be called once. Throws CommandError.
+    void Bind();
+
+    const std::map<unsigned int, std::string>& Names() const { return m_XmlTagIDs; }
+    // The entries of the parser plug-in, after Bind.
+    const XMLPXD_FUNCLIST& Parser() const { return *m_FunctionsXmlPxd; }
+};
+
+}  // namespace tallyquist
