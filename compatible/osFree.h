@@ -130,8 +130,8 @@ long long GetFileSize(const char* path);
 
 // Copies the contents of a regular file with its mode, times, owner and group (where allowed),
 // access list and extended attributes. The target appears whole or not at all: an earlier one stays
-// as it was when the copy fails. So the target's folder must be one that can be written. With `failIfExists` not 0, an existing target is a failure. True
-// on success.
+// as it was when the copy fails. So the target's folder must be one that can be written. With
+// `failIfExists` not 0, an existing target is a failure. True on success.
 bool CopyFile(const char* from, const char* to, int failIfExists);
 
 // Stores `base`_PID_`tag`_N (without `tag` when it is below 0), N being the next number of this
@@ -158,8 +158,8 @@ void FreeLibrary(void* module);
 int GetCurrentProcessId();
 unsigned long GetCurrentThreadId();
 // Whether there is such a process, of any user. One that ended counts until its parent has waited
-// for it. 0 and negative numbers name groups of processes, as for kill, so the -1 of a failed launch
-// must not be asked for.
+// for it. 0 and negative numbers name groups of processes, as for kill, so the -1 of a failed
+// launch must not be asked for.
 bool ProcessExists(int pid);
 
 // Starts `start(argument)` on a new thread. Returns its handle, for the waits below and
