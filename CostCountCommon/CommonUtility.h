@@ -83,7 +83,9 @@ public:
     static bool CheckDBSettingFile(std::string folder);
     // Writes the default database path unless there is one.
     static bool initializeDBPath(const std::string& folder);
-    // Whether the database is being moved. Asking takes the lock's name away (NamedLock.h).
+    // The lock that is held while the database is being moved, and whether it is. Asking takes the
+    // lock's name away (NamedLock.h).
+    static std::string GetDBMoveLockName();
     static bool IsJobLogDBMoving();
 
     // --- Forwards: to osFree.h and MacUtility.h, where their contracts stand ---

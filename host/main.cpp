@@ -51,7 +51,7 @@ constexpr auto ADD_COMMANDS = std::to_array<tallyquist::Command (*)(CLI::App&)>(
 
 // Sends the user to the help of the command at hand, or of the program when there is none.
 std::string UsageMessage(const CLI::App* program, const CLI::Error& error) {
-    std::string reason = error.what();
+    std::string reason = tallyquist::Visible(error.what());
     std::string line = program->get_name();
     const CLI::App* command = program;
     while (!command->get_subcommands().empty()) {

@@ -22,8 +22,6 @@ constexpr const char* SOURCE = "CommonUtility";
 
 constexpr unsigned int NOT_CREATED = 0xFFFFFFFF;
 
-constexpr const char* MOVE_LOCK = "K7Q3MZP2WD.RX.qvtrel/DBMOVE";
-
 void LogError(unsigned int line, const char* message, int code = 0) {
     LibLogger().WriteLog(SOURCE, line, 'e', static_cast<unsigned int>(code), "%s", message);
 }
@@ -149,6 +147,12 @@ bool CCommonUtility::initializeDBPath(const std::string& folder) try {
     return false;  // out of memory
 }
 
-bool CCommonUtility::IsJobLogDBMoving() {
-    return CNamedLock::IsLocked(MOVE_LOCK);
+std::string CCommonUtility::GetDBMoveLockName() {
+    return "K7Q3MZP2WD.RX.qvtrel/DBMOVE";
+}
+
+bool CCommonUtility::IsJobLogDBMoving() try {
+    return CNamedLock::IsLocked(GetDBMoveLockName().c_str());
+} catch (const std::exception&) {
+    return false;  // out of memory
 }

@@ -1,13 +1,16 @@
 #include "host/settings/DbCommand.h"
 
+#include <semaphore.h>
+
+#include <cerrno>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
-#include <system_error>
 
 #include "CostCountCommon/CommonUtility.h"
+#include "CostCountCommon/include/MacUtility.h"
+#include "CostCountCommon/src/platform/Platform.h"
 #include "host/common/Errors.h"
 #include "host/common/Json.h"
 #include "host/common/LibraryOutput.h"
@@ -45,15 +48,20 @@ std::string FilePath() {
     return Folder() + CCommonUtility::GetDBSettingsFileName();
 }
 
-bool Exists(const std::string& path) {
-    std::error_code error;
-    return std::filesystem::exists(path, error);
-}
-
-// Asking takes the name of the lock away, so that who asks next while the same move goes on is told
-// that there is none. A lock that has a holder says no more than that; this is the library's way.
+// Looks at the lock without the library's way of asking, which takes the lock's name away, so that
+// the next one who asks is told that nothing moves.
 bool IsMoving() {
-    return CCommonUtility::IsJobLogDBMoving();
+    const std::string name = platform::SemaphoreName(CCommonUtility::GetDBMoveLockName());
+    sem_t* lock = sem_open(name.c_str(), 0);
+    if (lock == SEM_FAILED) {
+        return errno == EACCES;  // another user's
+    }
+    const bool isFree = sem_trywait(lock) == 0;
+    if (isFree) {
+        sem_post(lock);
+    }
+    sem_close(lock);
+    return !isFree;
 }
 
 DbSetting Read(XmlLayer& xml) {
@@ -67,15 +75,33 @@ DbSetting Read(XmlLayer& xml) {
     return setting;
 }
 
-// Makes the file where it is missing; whether it did.
-bool Initialise() {
-    const std::string file = FilePath();
-    const bool existed = Exists(file);
+// Makes the file where it is missing.
+void MakeFile() {
     if (!CCommonUtility::CheckDBSettingFile(Folder())) {
-        throw CommandError("cannot create " + Visible(file) + " from " +
-                           Visible(CCommonUtility::GetDefaultDBSettingsFilePath()));
+        throw CommandError("cannot make " + Visible(FilePath()) + " from the templates in " +
+                           Visible(GetPluginResourcesPath()) + "/xmls");
     }
-    return !existed;
+}
+
+std::string DefaultPath() {
+    std::string folder;
+    if (!CCommonUtility::GetDataFolderBase(MANAGEMENT_DATA_JOBLOG_DB, &folder)) {
+        throw CommandError("the user's data folder cannot be told");
+    }
+    return folder + "/joblog";
+}
+
+// A volume that is missing, as after a program that was killed on the way, gets its default too.
+void SetPath(XmlLayer& xml, const std::string& path) {
+    auto file = SettingsFile::Open(xml, DB_SETTINGS, FilePath());
+    if (!file) {
+        throw CommandError(Visible(FilePath()) + " is missing");
+    }
+    file->Set(XMLTAG_DB_JOBLOGDB_PATH, path);
+    if (file->Value(XMLTAG_DB_JOBLOGDB_VOLUME).value_or("").empty()) {
+        file->Set(XMLTAG_DB_JOBLOGDB_VOLUME, "0");
+    }
+    file->Save(FilePath());
 }
 
 Json JsonText(const std::optional<std::string>& text) {
@@ -133,26 +159,29 @@ void ShowDb(const DbOptions& options) {
 
 void InitialiseDb(const DbOptions& options) {
     DbSetting setting;
-    bool isCreated = false;
+    bool isInitialised = false;
     {
         const LibraryOutput quiet;
         XmlLayer xml;
         xml.Bind();
         const FolderLock turn(Folder());
-        isCreated = Initialise();
+        isInitialised = !HasPath(Read(xml));
+        MakeFile();
+        if (!HasPath(Read(xml))) {
+            SetPath(xml, DefaultPath());
+        }
         setting = Read(xml);
+        TellOfAnotherFile(xml, setting);
     }
     if (options.json) {
         Json json = JsonOf(setting);
-        json["created"] = isCreated;
+        json["initialised"] = isInitialised;
         WriteJson(json);
         return;
     }
-    WriteStandardOutput(
-        Visible(setting.file) + (isCreated ? ": created; " : ": exists already, unchanged; ") +
-        (HasPath(setting) ? "the database is in " + Visible(*setting.path)
-                          : std::string("it has no path, 'tallyquist db path PATH' sets one")) +
-        "\n");
+    WriteStandardOutput(Visible(setting.file) +
+                        (isInitialised ? ": initialised" : ": exists already, unchanged") +
+                        "; the database is in " + Visible(setting.path.value_or("")) + "\n");
 }
 
 DbSetting ChangePath(XmlLayer& xml, const std::string& path) {
@@ -164,14 +193,11 @@ DbSetting ChangePath(XmlLayer& xml, const std::string& path) {
     if (IsMoving()) {
         throw CommandError("the database is being moved; its path cannot be changed now");
     }
-    Initialise();
-    auto file = SettingsFile::Open(xml, DB_SETTINGS, FilePath());
-    if (!file) {
-        throw CommandError(Visible(FilePath()) + " is missing");
-    }
-    file->Set(XMLTAG_DB_JOBLOGDB_PATH, path);
-    file->Save(FilePath());
-    return Read(xml);
+    MakeFile();
+    SetPath(xml, path);
+    DbSetting setting = Read(xml);
+    TellOfAnotherFile(xml, setting);
+    return setting;
 }
 
 DbSetting ReadOrChangePath(const std::string& path) {
@@ -181,7 +207,9 @@ DbSetting ReadOrChangePath(const std::string& path) {
         return ChangePath(xml, path);
     }
     xml.Bind();
-    return Read(xml);
+    DbSetting setting = Read(xml);
+    TellOfAnotherFile(xml, setting);
+    return setting;
 }
 
 void PathOfDb(const DbOptions& options) {
@@ -215,7 +243,10 @@ Command AddDbCommand(CLI::App& program) {
         add("show",
             "Show the database's path and volume, the file that tells them, and whether the "
             "database is being moved.");
-    CLI::App* init = add("init", "Make the file, with the default path, unless there is one.");
+    CLI::App* init =
+        add("init",
+            "Make the file, with the default path and volume, unless there is one with "
+            "a path.");
     CLI::App* path = add("path", "Print the database's path, or set it.");
     path->add_option("PATH", options->path, "The new path, absolute; the volume stays.")
         ->type_name("")

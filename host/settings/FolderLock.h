@@ -12,7 +12,8 @@ namespace tallyquist {
 // holds it, unlike the library's named locks.
 class FolderLock {
 public:
-    // Makes the folder where it is missing and waits for the turn. Throws CommandError.
+    // Makes the folder where it is missing and waits for the turn, half a minute at most. Throws
+    // CommandError.
     explicit FolderLock(const std::string& folder);
 
 private:

@@ -225,6 +225,9 @@ Command AddSettingsCommand(CLI::App& program) {
         "Exit codes: 0 done, 1 failed, 2 wrong usage.");
     return {line, [options, set] {
                 if (set->parsed()) {
+                    if (options->json || !options->name.empty()) {
+                        throw UsageError("'set' takes nothing before it");
+                    }
                     ChangeSetting(*options);
                 } else {
                     ShowSettings(*options);

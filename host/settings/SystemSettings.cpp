@@ -14,8 +14,8 @@
 namespace tallyquist {
 namespace {
 
-// Those that programs convert to an int.
 constexpr unsigned int NUMBERS[] = {
+    XMLTAG_SYS_BASECYCLE,          XMLTAG_SYS_MAXDETCH,         XMLTAG_SYS_DEFAULTPRINTERCYCLE,
     XMLTAG_SYS_USBRETRYCOUNT,      XMLTAG_SYS_USBRETRYINTERVAL, XMLTAG_SYS_COMMURETRYCOUNT,
     XMLTAG_SYS_COMMURETRYINTERVAL, XMLTAG_SYS_CHECKCMSINTERVAL, XMLTAG_SYS_CHECKJOBLOGERRINTERVAL,
     XMLTAG_SYS_CANCELINTERVAL,     XMLTAG_SYS_SEARCHTIMEOUT,    XMLTAG_SYS_SEARCHTTL,
@@ -31,6 +31,8 @@ constexpr unsigned int PATHS[] = {
     XMLTAG_SYS_SCHEDULEDEXPORTLOGPATH,
 };
 
+constexpr unsigned int LEVELS[] = {XMLTAG_SYS_ACTIONLOGLEVEL, XMLTAG_SYS_GETERRJOBLOGLEVEL};
+
 template <size_t COUNT>
 bool IsAmong(const unsigned int (&ids)[COUNT], unsigned int id) {
     return std::find(std::begin(ids), std::end(ids), id) != std::end(ids);
@@ -41,6 +43,13 @@ bool IsNumber(const std::string& value) {
     const char* end = value.data() + value.size();
     const auto [rest, error] = std::from_chars(value.data(), end, number);
     return error == std::errc() && rest == end && value.front() != '-';
+}
+
+// Below a folder, and not out of it again.
+bool IsRelativePath(const std::string& value) {
+    return value.starts_with('/') && (value + "/").find("/../") == std::string::npos &&
+           std::none_of(value.begin(), value.end(),
+                        [](char c) { return static_cast<unsigned char>(c) < ' '; });
 }
 
 // How many letters must be added, taken away or replaced to make one text of the other, whatever
@@ -97,10 +106,14 @@ void CheckSystemSetting(const XmlLayer& xml, unsigned int tagId, const std::stri
     if (IsAmong(NUMBERS, tagId) && !IsNumber(value)) {
         throw UsageError(name + " is a number from 0 to 2147483647, not " + Printable(value));
     }
-    if (IsAmong(PATHS, tagId) && !value.starts_with('/')) {
+    if (IsAmong(PATHS, tagId) && !IsRelativePath(value)) {
         throw UsageError(name +
-                         " is appended to the path of a folder and begins with a slash, not " +
+                         " is appended to the path of a folder: it begins with a slash and does "
+                         "not lead out again, unlike " +
                          Printable(value));
+    }
+    if (IsAmong(LEVELS, tagId) && value != "e" && value != "w" && value != "i" && value != "d") {
+        throw UsageError(name + " is one of e, w, i, d, not " + Printable(value));
     }
 }
 

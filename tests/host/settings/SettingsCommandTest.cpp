@@ -49,13 +49,13 @@ TEST_F(SettingsCommand, SetKeepsWhatPeopleWrote) {
     WriteFile(m_settings, R"(<?xml version="1.0" encoding="UTF-8"?>
 <!-- mine -->
 <cmsystem version="1.0">
-  <!-- few -->
-  <MaxDetch>2</MaxDetch>
-  <MyOwn colour="blue">
-    <deep/>
-  </MyOwn>
-  <!-- last -->
-  <SearchTTL>4</SearchTTL>
+    <!-- few -->
+    <MaxDetch>2</MaxDetch>
+    <MyOwn colour="blue">
+        <deep/>
+    </MyOwn>
+    <!-- last -->
+    <SearchTTL>4</SearchTTL>
 </cmsystem>
 )");
     const ProgramRun hidden = RunTallyquist("settings SearchTTL", "/");
@@ -71,14 +71,14 @@ TEST_F(SettingsCommand, SetKeepsWhatPeopleWrote) {
     EXPECT_EQ(R"(<?xml version="1.0" encoding="UTF-8"?>
 <!-- mine -->
 <cmsystem version="1.0">
-  <!-- few -->
-  <MaxDetch>3</MaxDetch>
-  <CMServiceName>A &amp; &lt;B&gt; é</CMServiceName>
-  <SearchTTL>5</SearchTTL>
-  <MyOwn colour="blue">
-    <deep/>
-  </MyOwn>
-  <!-- last -->
+    <!-- few -->
+    <MaxDetch>3</MaxDetch>
+    <CMServiceName>A &amp; &lt;B&gt; é</CMServiceName>
+    <SearchTTL>5</SearchTTL>
+    <MyOwn colour="blue">
+        <deep/>
+    </MyOwn>
+    <!-- last -->
 </cmsystem>
 )",
               ReadFile(m_settings));
@@ -139,7 +139,8 @@ TEST_F(SettingsCommand, RefusesWhatMakesNoSense) {
         {"settings set SearchTTL 2147483648",
          "SearchTTL is a number from 0 to 2147483647, not '2147483648'"},
         {"settings set CostSettingPath Cost",
-         "CostSettingPath is appended to the path of a folder and begins with a slash, not 'Cost'"},
+         "CostSettingPath is appended to the path of a folder: it begins with a slash and does not "
+         "lead out again, unlike 'Cost'"},
         {"settings set CMServiceName \"$(printf 'a\\001')\"",
          "the value holds a character that an XML file cannot hold"},
         {"settings set CMServiceName \"$(printf '\\351')\"",
