@@ -10,10 +10,11 @@ install(CODE "
         \"\${bin}/tallyquist\" SYMBOLIC)")
 install(FILES docs/tallyquist.1 DESTINATION share/man/man1)
 
-# The header folders keep their places below the include root. What lies under src/ is internal.
+# The header folders keep their places below the include root. What lies under src/ and xmlpxd/ is
+# internal.
 foreach(folder IN ITEMS JobCostExporter CostCountCommon cm_common compatible)
     install(DIRECTORY ${folder} DESTINATION include/tallyquist
-            FILES_MATCHING PATTERN "*.h" PATTERN "src" EXCLUDE)
+            FILES_MATCHING PATTERN "*.h" PATTERN "src" EXCLUDE PATTERN "xmlpxd" EXCLUDE)
 endforeach()
 
 set(package lib/cmake/CostCountCommon)
