@@ -159,7 +159,7 @@ unsigned int CHandleSupport::WaitForMultipleObjectsWaitOne(unsigned long count,
         return WAIT_FAILED;
     }
     const clock_t start = clock();
-    const auto limit = static_cast<clock_t>(milliseconds * TICKS_PER_MILLISECOND_GIVEN);
+    const unsigned int limit = milliseconds * TICKS_PER_MILLISECOND_GIVEN;  // wraps around
     for (;;) {
         for (unsigned long i = 0; i < count; ++i) {
             IHandleWait* object = Waitable(handles[i]);
@@ -167,7 +167,7 @@ unsigned int CHandleSupport::WaitForMultipleObjectsWaitOne(unsigned long count,
                 return static_cast<unsigned int>(i);
             }
         }
-        if (milliseconds != INFINITE && clock() - start >= limit) {
+        if (milliseconds != INFINITE && clock() - start >= clock_t{limit}) {
             return WAIT_TIMEOUT;
         }
         Sleep(POLL_MILLISECONDS);

@@ -62,7 +62,7 @@ void CloseSemaphore(void* semaphore) {
 
 CNamedLock::Result Acquire(OpenSemaphore& semaphore, unsigned int timeoutSeconds) {
     const clock_t start = clock();
-    const clock_t limit = static_cast<clock_t>(timeoutSeconds * TICKS_PER_SECOND_GIVEN);
+    const unsigned int limit = timeoutSeconds * TICKS_PER_SECOND_GIVEN;  // wraps around
     while (sem_trywait(semaphore.Get()) != 0) {
         if (errno != EAGAIN) {
             Log(__LINE__, 'e', errno, "lock failed.");
@@ -74,7 +74,7 @@ CNamedLock::Result Acquire(OpenSemaphore& semaphore, unsigned int timeoutSeconds
             pthread_cleanup_push(CloseSemaphore, &semaphore);
             Sleep(RETRY_MILLISECONDS);
             pthread_cleanup_pop(0);
-            isOver = clock() - start >= limit && timeoutSeconds != FOR_EVER;
+            isOver = clock() - start >= clock_t{limit} && timeoutSeconds != FOR_EVER;
         }
         if (isOver) {
             Log(__LINE__, 'e', EAGAIN, "lock failed: timeout occured.");

@@ -21,6 +21,8 @@ void Print(const char* format, ...) {
     pthread_cleanup_push(Unlock, stdout);
     va_list arguments;
     va_start(arguments, format);
+    // The analyzer loses sight of the list.
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized)
     std::vprintf(format, arguments);
     va_end(arguments);
     if (!std::string_view(format).ends_with('\n')) {
