@@ -123,7 +123,7 @@ TEST_F(Threads, ThatCannotBeMadeFailEveryWait) {
     const auto with = [&](int more) {
         return ChildProcess([&] {
                    const int before = ThreadCount();
-                   const auto limit = static_cast<rlim_t>(before + more);
+                   const auto limit = static_cast<rlim_t>(before) + static_cast<rlim_t>(more);
                    const struct rlimit threads { limit, limit };
                    if (setrlimit(RLIMIT_NPROC, &threads) != 0 ||
                        setuid(static_cast<uid_t>(100000 + getpid())) != 0) {
