@@ -10,6 +10,7 @@
 // where nothing else is said.
 #pragma once
 
+#include <list>
 #include <map>
 #include <memory>
 #include <string>
@@ -18,9 +19,15 @@
 #include <utility>
 #include <vector>
 
+#include "CostCountCommon/CommonPrinterInfo.h"
 #include "CostCountCommon/include/CommonXmlPxdData.h"
 #include "CostCountCommon/include/XmlPxdFunctions.h"
 #include "CostCountCommon/include/XmlTagIds.h"
+
+namespace xmlpxd {
+class ElementWriter;
+class ListReader;
+}  // namespace xmlpxd
 
 class CCommonXmlPxd {
 public:
@@ -89,6 +96,8 @@ public:
     // parent's next sibling. It deliberately climbs no further. `tagId` is what `node` is, or
     // NODE_SELF.
     void* GetNextNode(void* node, unsigned int tagId, unsigned int* err);
+    // The next sibling of that name; null at the end and on failure. `node` stays the caller's.
+    void* GetNextNode(void* node, const std::string& name);
     // How many elements of that name lie below `node`; all bits set on failure.
     unsigned int GetElementNumber(void* node, std::string name, unsigned int* err);
     // Reads an element. A record that could not be filled stays as it was.
@@ -146,6 +155,84 @@ public:
     bool SetElementByDBSettingValue(void* start, unsigned int targetTagId,
                                     unsigned int settingTagId);
 
+    // --- The printer list ---
+
+    // Writes a new file at `path`, or replaces it. The number of printers, or 0xFFFFFFFF with the
+    // file as it was. After a failure to save, the document deliberately stays the object's own.
+    unsigned int CreatePrinterListFile(std::string path,
+                                       const std::list<CCommonPrinterInfo>& printers);
+    // Reads the file at `path` into a new chain, which is the caller's. True with `*head` untouched
+    // for a list without printers, so it is to be null before. True with `*head` null when the list
+    // holds fewer printers side by side than below it. Else false.
+    bool GetPrinterList(std::string path, CCommonPrinterInfo** head);
+    // One step along the printers, from the root when `first`, else from a printer: the printer,
+    // whose handle is the caller's, and its elements. Null at the end, with error 0, and on
+    // failure. What follows a printer is taken for one without a look at its name.
+    void* GetPrinterElements(void* node, bool first, CCommonXmlPxdElementData** elements,
+                             unsigned int* err);
+    // Copies a printer's elements, the chain from `elements` on, into a record. Numbers as atoi
+    // reads them.
+    void SetPrinterData(const CCommonXmlPxdElementData& elements, CCommonPrinterInfo& printer);
+
+    // --- Unit costs ---
+    //
+    // The file lies at `folder` and `name` run together; without a folder below the data folder of
+    // unit costs. Colons are removed from `name`.
+
+    // Writes the file. 0, or 0xFFFFFFFF with the file as it was.
+    unsigned int CreateUnitCostFile(std::string& name, const std::string& folder,
+                                    const CCommonXmlPxdDataUnitCost& cost);
+    // Appends what the file holds to the record's lists. True when it could be opened; a list is
+    // read up to the first item that lacks a value. A value that an item lacks is deliberately
+    // looked for in the items after it.
+    bool GetUnitCost(std::string& name, const std::string& folder, CCommonXmlPxdDataUnitCost& cost);
+    // Their steps, below the root of an open document. 0, or 0xFFFFFFFF on failure; a list without
+    // items is a failure to read.
+    unsigned int CreateUnitCostFile_Ink(const CCommonXmlPxdDataUnitCost& cost, void* root);
+    unsigned int CreateUnitCostFile_Media(const CCommonXmlPxdDataUnitCost& cost, void* root);
+    unsigned int CreateUnitCostFile_Extra(const CCommonXmlPxdDataUnitCost& cost, void* root);
+    unsigned int GetUnitCost_Ink(CCommonXmlPxdDataUnitCost& cost, void* root);
+    unsigned int GetUnitCost_Media(CCommonXmlPxdDataUnitCost& cost, void* root);
+    unsigned int GetUnitCost_Extra(CCommonXmlPxdDataUnitCost& cost, void* root);
+
+    // --- Printer capabilities ---
+    //
+    // The file lies below the data folder of printer capabilities. Colons are removed from `name`.
+
+    // Writes the file. 0xFFFFFFFF when it could not be saved; deliberately 0 also when it could not
+    // be made up before: that is only told of on standard output.
+    unsigned int CreatePrinterCapsFile(std::string& name, const CCommonXmlPxdDataPrinterCaps& caps);
+    // Appends what the file holds to the record's lists, as GetUnitCost does.
+    bool GetPrinterCaps(std::string& name, CCommonXmlPxdDataPrinterCaps& caps);
+    // Their steps, as those of unit costs.
+    unsigned int CreatePrinterCapsFile_Ink(const CCommonXmlPxdDataPrinterCaps& caps, void* root);
+    unsigned int CreatePrinterCapsFile_MediaTypeList(const CCommonXmlPxdDataPrinterCaps& caps,
+                                                     void* root);
+    unsigned int CreatePrinterCapsFile_MediaSizeList(const CCommonXmlPxdDataPrinterCaps& caps,
+                                                     void* root);
+    unsigned int GetPrinterCaps_Ink(CCommonXmlPxdDataPrinterCaps& caps, void* root);
+    unsigned int GetPrinterCaps_MediaTypeList(CCommonXmlPxdDataPrinterCaps& caps, void* root);
+    unsigned int GetPrinterCaps_MediaSizeList(CCommonXmlPxdDataPrinterCaps& caps, void* root);
+    // The elements of the first ink, media type or media size below the root, or of what follows
+    // `node`. The chain is the result, and in `*elements`, and the caller's once.
+    CCommonXmlPxdElementData* GetPrinterCapsElements(void* node, bool first, unsigned int tagId,
+                                                     CCommonXmlPxdElementData** elements,
+                                                     unsigned int* err);
+
+    // --- User settings ---
+
+    // Appends what the file among the core plug-in's resources holds to the record's lists, and
+    // sets its texts up to the first that is missing. True when it could be opened.
+    bool GetUserSetting(CCommonXmlPxdDataUserSettings& settings);
+    // Its steps, below the root of an open document. 0, or 0xFFFFFFFF on failure.
+    unsigned int GetUserSetting_Scales(CCommonXmlPxdDataUserSettings& settings, void* root);
+    unsigned int GetUserSetting_JobCostList(CCommonXmlPxdDataUserSettings& settings, void* root);
+    unsigned int GetUserSetting_FilterConditon(CCommonXmlPxdDataUserSettings& settings, void* root);
+    // The steps of the last, below the filter condition.
+    unsigned int GetUserSetting_FC_PrinterList(CCommonXmlPxdDataUserSettings& settings, void* node);
+    unsigned int GetUserSetting_FC_SpanList(CCommonXmlPxdDataUserSettings& settings, void* node);
+    unsigned int GetUserSetting_FC_OtherList(CCommonXmlPxdDataUserSettings& settings, void* node);
+
 protected:
     // Entries may be added and taken away.
     std::map<unsigned int, std::string> m_XmlTagIDs;
@@ -159,6 +246,9 @@ protected:
     std::shared_ptr<XMLPXD_FUNCLIST> m_FunctionsXmlPxd;
 
 private:
+    friend class xmlpxd::ElementWriter;
+    friend class xmlpxd::ListReader;
+
     // Brings the index of names up to date. Every operation that looks names up by it begins so.
     void IndexTags();
     unsigned int FirstElementID(std::string_view name) const;
@@ -167,6 +257,10 @@ private:
     // the reason in `*err`, when it has none or its parent cannot be read.
     unsigned int ElementIDOf(void* node, const std::string& name, unsigned int* err);
     void* Step(void* node, unsigned int tagId, unsigned int* err);
+    // SearchElement, with `*strays` counted down by each step that leads away from the children of
+    // `start` and by each after it; at zero the search ends without an element.
+    void* Search(void* start, unsigned int tagId, unsigned long* strays, unsigned int* err);
+    bool ReadValue(void* element, int tagId, bool childOnly, std::string* value, unsigned int* err);
     bool ReadElement(void* node, CCommonXmlPxdElementData* record, unsigned int* err);
 
     void* m_document = nullptr;

@@ -43,6 +43,10 @@ tallyquist_resources("" "" CMSystemSetting.cfg)
 # A bundle of resources, without code.
 tallyquist_info_plist(qvtrelCore BNDL PlugIns/qvtrelCore.plugin/Contents/)
 tallyquist_resources(PlugIns/qvtrelCore.plugin/Contents/ qvtrelCore/
+    CMUserSetting.cfg
     xmls/DBSettingBase.xml
+    xmls/PrinterCapsBase.xml
+    xmls/PrinterListBase.xml
+    xmls/UnitCostBase.xml
     xmls/db_settings
 )
