@@ -256,11 +256,19 @@ private:
     // The number of an element of that name, which depends on the parent's for a printer. 0, with
     // the reason in `*err`, when it has none or its parent cannot be read.
     unsigned int ElementIDOf(void* node, const std::string& name, unsigned int* err);
-    void* Step(void* node, unsigned int tagId, unsigned int* err);
-    // SearchElement, with `*strays` counted down by each step that leads away from the children of
-    // `start` and by each after it; at zero the search ends without an element.
+    // `*isAcross` tells whether the step led to a sibling.
+    void* Step(void* node, unsigned int tagId, bool* isAcross, unsigned int* err);
+    // SearchElement. The first step that leads neither to the first child of `start` nor from there
+    // across, and each step after it, counts `*strays` down; at zero the search ends.
     void* Search(void* start, unsigned int tagId, unsigned long* strays, unsigned int* err);
-    bool ReadValue(void* element, int tagId, bool childOnly, std::string* value, unsigned int* err);
+    // GetElementValueWithSearch, of the walk, with a limit as Search has it.
+    bool ReadValueInWalk(void* start, unsigned int tagId, unsigned long* strays, std::string* value,
+                         unsigned int* err);
+    unsigned int CountPrinters(void* root, unsigned int* err);
+    // GetElements that leaves nothing behind on failure and always tells why.
+    bool ReadElements(void* parent, CCommonXmlPxdElementData** first, unsigned int* err);
+    // The text of an element, with what goes wrong printed.
+    bool ReadValueOf(void* element, unsigned int tagId, std::string* value, unsigned int* err);
     bool ReadElement(void* node, CCommonXmlPxdElementData* record, unsigned int* err);
 
     void* m_document = nullptr;

@@ -31,7 +31,7 @@ unsigned int CCommonXmlPxd::CreateDBSettingFile(const std::string& folder,
         Print("CCommonXmlPxd::CreateDBSettingFile() ERROR: PARAMETER");
         return NOT_CREATED;
     }
-    const OpenedTemplate file(*this, TEMPLATE);
+    const CurrentXml file(*this, TEMPLATE, XmlSource::TEMPLATE);
     if (file.Root() == nullptr) {
         Print("CCommonXmlPxd::CreateDBSettingFile() ERROR: OpenXml() PATH=%s\n", TEMPLATE);
         return NOT_CREATED;
@@ -47,12 +47,9 @@ unsigned int CCommonXmlPxd::CreateDBSettingFile(const std::string& folder,
             "SetElementBySettingValue(joblogdb_volume)");
         return NOT_CREATED;
     }
-    XmlPxdSave* const save = m_FunctionsXmlPxd->Save;
-    return save != nullptr &&
-                   save(m_document, (folder + CCommonUtility::GetDBSettingsFileName()).c_str()) ==
-                       XMLPXD_OK
-               ? 0
-               : NOT_CREATED;
+    const unsigned int err = xmlpxd::Save(*m_FunctionsXmlPxd, m_document,
+                                          folder + CCommonUtility::GetDBSettingsFileName());
+    return err == XMLPXD_OK ? 0 : NOT_CREATED;
 } catch (const std::exception&) {
     return NOT_CREATED;  // out of memory
 }

@@ -1,6 +1,7 @@
 // Reading elements into records, and their texts alone. Its external interface is the reading and
 // writing part of CCommonXmlPxd.
 #include <exception>
+#include <limits>
 #include <new>
 #include <utility>
 #include <vector>
@@ -112,7 +113,8 @@ bool CCommonXmlPxd::GetElements(void* parent, CCommonXmlPxdElementData** first,
     unsigned int currentId = XMLTAG_NONE;
     CCommonXmlPxdElementData** end = first;
     for (unsigned int i = 0; i < count; ++i) {
-        current = XmlNode(functions, current ? Step(current.Get(), currentId, err)
+        bool isAcross = false;
+        current = XmlNode(functions, current ? Step(current.Get(), currentId, &isAcross, err)
                                              : GetNextNode(parent, NODE_SELF, err));
         if (!current) {
             return false;
@@ -137,12 +139,25 @@ bool CCommonXmlPxd::GetElements(void* parent, CCommonXmlPxdElementData** first,
     return false;
 }
 
+bool CCommonXmlPxd::ReadElements(void* parent, CCommonXmlPxdElementData** first,
+                                 unsigned int* err) {
+    if (GetElements(parent, first, err)) {
+        return true;
+    }
+    releaseElementData(std::exchange(*first, nullptr));
+    if (*err == XMLPXD_OK) {
+        *err = XMLPXD_OUT_OF_MEMORY;
+    }
+    return false;
+}
+
 void CCommonXmlPxd::releaseElementData(CCommonXmlPxdElementData* first) {
     while (first != nullptr) {
         delete std::exchange(first, first->m_Next);
     }
 }
 
+// The messages name the reader of the database settings: those who look for them know them so.
 bool CCommonXmlPxd::GetElementValueWithSearch(void* start, int tagId, bool childOnly,
                                               std::string* value, unsigned int* err) {
     if (m_FunctionsXmlPxd == nullptr) {
@@ -154,19 +169,35 @@ bool CCommonXmlPxd::GetElementValueWithSearch(void* start, int tagId, bool child
         return false;
     }
     const auto tag = static_cast<unsigned int>(tagId);
-    const XmlNode element(*m_FunctionsXmlPxd, childOnly ? SearchParentElement(start, tag, err)
-                                                        : SearchElement(start, tag, err));
-    // The messages name the reader of the database settings: those who look for them know them so.
+    if (!childOnly) {
+        unsigned long unlimited = std::numeric_limits<unsigned long>::max();
+        return ReadValueInWalk(start, tag, &unlimited, value, err);
+    }
+    const XmlNode element(*m_FunctionsXmlPxd, SearchParentElement(start, tag, err));
     if (!element) {
-        Print(childOnly ? "CCommonXmlPxd::GetDBSetting() ERROR: SearchParentElement(ElementID=%d)\n"
-                        : "CCommonXmlPxd::GetDBSetting() ERROR: SearchElement(ElementID=%d)\n",
-              tagId);
+        Print("CCommonXmlPxd::GetDBSetting() ERROR: SearchParentElement(ElementID=%d)\n", tagId);
         return false;
     }
+    return ReadValueOf(element.Get(), tag, value, err);
+}
+
+bool CCommonXmlPxd::ReadValueInWalk(void* start, unsigned int tagId, unsigned long* strays,
+                                    std::string* value, unsigned int* err) {
+    const XmlNode element(*m_FunctionsXmlPxd, Search(start, tagId, strays, err));
+    if (!element) {
+        Print("CCommonXmlPxd::GetDBSetting() ERROR: SearchElement(ElementID=%d)\n",
+              static_cast<int>(tagId));
+        return false;
+    }
+    return ReadValueOf(element.Get(), tagId, value, err);
+}
+
+bool CCommonXmlPxd::ReadValueOf(void* element, unsigned int tagId, std::string* value,
+                                unsigned int* err) {
     CCommonXmlPxdElementData data;
-    if (!GetElementData(element.Get(), &data, err)) {
+    if (!GetElementData(element, &data, err)) {
         Print("CCommonXmlPxd::GetDBSetting() ERROR: GetElementData(ElementID=%d), err_code=%u\n",
-              tagId, *err);
+              static_cast<int>(tagId), *err);
         return false;
     }
     value->swap(data.m_Values.front());

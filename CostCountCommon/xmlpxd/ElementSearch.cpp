@@ -1,6 +1,7 @@
 // Finding elements: the walk and the searches along it. Its external interface is the searching
 // part of CCommonXmlPxd.
 #include <exception>
+#include <limits>
 
 #include "CostCountCommon/CommonXMLPxd.h"
 #include "CostCountCommon/xmlpxd/Print.h"
@@ -96,19 +97,41 @@ void* CCommonXmlPxd::GetNextNode(void* node, unsigned int tagId, unsigned int* e
             return nullptr;
         }
     }
-    return Step(node, tagId, err);
+    bool isAcross = false;
+    return Step(node, tagId, &isAcross, err);
 } catch (const std::exception&) {
     *err = XMLPXD_OUT_OF_MEMORY;
     return nullptr;
 }
 
-void* CCommonXmlPxd::Step(void* node, unsigned int tagId, unsigned int* err) {
+void* CCommonXmlPxd::GetNextNode(void* node, const std::string& name) try {
+    if (m_FunctionsXmlPxd == nullptr || node == nullptr) {
+        return nullptr;
+    }
     const XMLPXD_FUNCLIST& functions = *m_FunctionsXmlPxd;
-    if (IsContainer(tagId)) {
+    unsigned int err = XMLPXD_OK;
+    std::string siblingName;
+    XmlNode sibling = NodeFrom(functions, &XMLPXD_FUNCLIST::GetNextSibling, node, &err);
+    while (sibling && ReadName(functions, sibling.Get(), &siblingName, &err)) {
+        if (!siblingName.empty() && siblingName == name) {
+            return sibling.Release();
+        }
+        sibling = NodeFrom(functions, &XMLPXD_FUNCLIST::GetNextSibling, sibling.Get(), &err);
+    }
+    return nullptr;
+} catch (const std::exception&) {
+    return nullptr;  // out of memory
+}
+
+void* CCommonXmlPxd::Step(void* node, unsigned int tagId, bool* isAcross, unsigned int* err) {
+    const XMLPXD_FUNCLIST& functions = *m_FunctionsXmlPxd;
+    *isAcross = !IsContainer(tagId);
+    if (!*isAcross) {
         return NodeFrom(functions, &XMLPXD_FUNCLIST::GetFirstChild, node, err).Release();
     }
     XmlNode sibling = NodeFrom(functions, &XMLPXD_FUNCLIST::GetNextSibling, node, err);
     if (!sibling) {
+        *isAcross = false;
         const XmlNode parent = NodeFrom(functions, &XMLPXD_FUNCLIST::GetParentNode, node, err);
         if (parent) {
             sibling = NodeFrom(functions, &XMLPXD_FUNCLIST::GetNextSibling, parent.Get(), err);
@@ -117,7 +140,13 @@ void* CCommonXmlPxd::Step(void* node, unsigned int tagId, unsigned int* err) {
     return sibling.Release();
 }
 
-void* CCommonXmlPxd::SearchElement(void* start, unsigned int tagId, unsigned int* err) try {
+void* CCommonXmlPxd::SearchElement(void* start, unsigned int tagId, unsigned int* err) {
+    unsigned long unlimited = std::numeric_limits<unsigned long>::max();
+    return Search(start, tagId, &unlimited, err);
+}
+
+void* CCommonXmlPxd::Search(void* start, unsigned int tagId, unsigned long* strays,
+                            unsigned int* err) try {
     if (m_FunctionsXmlPxd == nullptr || start == nullptr || err == nullptr || !IsTag(tagId)) {
         return nullptr;
     }
@@ -128,6 +157,7 @@ void* CCommonXmlPxd::SearchElement(void* start, unsigned int tagId, unsigned int
         return nullptr;
     }
     std::string name;
+    bool isAstray = false;
     // The first step has brought the index up to date.
     for (XmlNode candidate(functions, GetNextNode(start, NODE_SELF, err)); candidate;) {
         if (!ReadName(functions, candidate.Get(), &name, err)) {
@@ -141,7 +171,16 @@ void* CCommonXmlPxd::SearchElement(void* start, unsigned int tagId, unsigned int
             *err = XMLPXD_NOT_IN_CATALOGUE;
             return nullptr;
         }
-        candidate = XmlNode(functions, Step(candidate.Get(), id, err));
+        bool isAcross = true;
+        candidate = XmlNode(functions, Step(candidate.Get(), id, &isAcross, err));
+        isAstray = isAstray || !isAcross;
+        if (isAstray) {
+            if (*strays == 0) {
+                *err = XMLPXD_NO_SUCH_NODE;
+                return nullptr;
+            }
+            --*strays;
+        }
     }
     return nullptr;
 } catch (const std::exception&) {

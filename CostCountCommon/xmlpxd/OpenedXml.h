@@ -27,22 +27,29 @@ private:
     void* m_root;
 };
 
-// A template of the core plug-in, as the object's own document.
-class OpenedTemplate {
-public:
-    OpenedTemplate(CCommonXmlPxd& xml, const std::string& path)
-        : m_xml(xml), m_root(xml.OpenXml(path, true)) {}
-    ~OpenedTemplate() {
-        m_xml.DeleteNode(m_root);
-        m_xml.CloseXml();
-    }
-    OpenedTemplate(const OpenedTemplate&) = delete;
-    OpenedTemplate& operator=(const OpenedTemplate&) = delete;
+enum class XmlSource { PATH, TEMPLATE };
 
-    // Null when the template could not be opened.
+// The object's own document: a file, or a template among the core plug-in's resources.
+class CurrentXml {
+public:
+    CurrentXml(CCommonXmlPxd& xml, const std::string& path, XmlSource source)
+        : m_xml(xml), m_root(xml.OpenXml(path, source == XmlSource::TEMPLATE)) {}
+    ~CurrentXml() {
+        m_xml.DeleteNode(m_root);
+        if (!m_leaveOpen) {
+            m_xml.CloseXml();
+        }
+    }
+    CurrentXml(const CurrentXml&) = delete;
+    CurrentXml& operator=(const CurrentXml&) = delete;
+
+    // Null when the document could not be opened.
     void* Root() const { return m_root; }
+    // Leaves the document to the object, which closes it when it opens the next or ends.
+    void LeaveOpen() { m_leaveOpen = true; }
 
 private:
     CCommonXmlPxd& m_xml;
     void* m_root;
+    bool m_leaveOpen = false;
 };

@@ -9,6 +9,7 @@
 #include "CostCountCommon/CommonXMLPxd.h"
 #include "CostCountCommon/include/MacUtility.h"
 #include "CostCountCommon/src/Log.h"
+#include "CostCountCommon/xmlpxd/NumberOf.h"
 #include "CostCountCommon/xmlpxd/OpenedXml.h"
 #include "CostCountCommon/xmlpxd/XmlNode.h"
 
@@ -91,11 +92,6 @@ bool ReadScheduledExportPath(CCommonXmlPxd& xml, const PathSetting& setting,
     return true;
 } catch (const std::exception&) {
     return false;  // out of memory
-}
-
-// A number as atoi reads it, but defined for one that is too large.
-int Number(const std::string& text) {
-    return static_cast<int>(std::strtol(text.c_str(), nullptr, 10));
 }
 
 }  // namespace
@@ -221,7 +217,7 @@ bool CCommonXmlPxd::GetRetryData(int* usbRetryCount, int* usbRetryInterval, int*
         }
         isRead = GetElementValueSysCommSettingFile(RETRY_SETTINGS[i], &value);
         if (isRead) {
-            *outputs[i] = Number(value);
+            *outputs[i] = NumberOf(value);
         }
     }
     return isRead;

@@ -98,7 +98,18 @@ TextResult ReadText(const XMLPXD_FUNCLIST& functions, Entry* XMLPXD_FUNCLIST::*e
 XmlDocument OpenDocument(const XMLPXD_FUNCLIST& functions, const std::string& path,
                          unsigned int* err);
 
-// Sets an element's text. 0 or the plug-in's code.
+// A new last child, without or with a text; none unless it was made.
+XmlNode NewElement(const XMLPXD_FUNCLIST& functions, PNODE parent, const std::string& name);
+XmlNode NewElement(const XMLPXD_FUNCLIST& functions, PNODE parent, const std::string& name,
+                   const std::string& text, XmlPxdValueKind kind);
+
+// 0 or the plug-in's code, as in all below.
+unsigned int SetAttribute(const XMLPXD_FUNCLIST& functions, PNODE element, const std::string& name,
+                          const std::string& value);
+
+unsigned int Save(const XMLPXD_FUNCLIST& functions, PDOC document, const std::string& path);
+
+// Sets an element's text.
 unsigned int SetText(const XMLPXD_FUNCLIST& functions, PNODE element, const std::string& text,
                      XmlPxdValueKind kind);
 

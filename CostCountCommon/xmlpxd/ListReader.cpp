@@ -1,0 +1,77 @@
+#include "CostCountCommon/xmlpxd/ListReader.h"
+
+#include <new>
+
+#include "CostCountCommon/src/Log.h"
+#include "CostCountCommon/xmlpxd/Print.h"
+
+namespace xmlpxd {
+
+void AddName(std::map<std::string, std::string>& names, const CCommonXmlPxdElementData& element) {
+    const std::list<std::string>& attributes = element.m_AttributeValues;
+    names.emplace(attributes.empty() ? std::string() : attributes.front(),
+                  element.m_Values.front());
+}
+
+XmlNode ListReader::List(void* root, const ListTexts& texts) const {
+    unsigned int err = XMLPXD_OK;
+    XmlNode list(m_functions, m_xml.SearchParentElement(root, texts.list, &err));
+    if (!list) {
+        Print("%s", texts.noList);
+    }
+    return list;
+}
+
+bool ListReader::Receive(const XmlNode& list, const ListTexts& texts,
+                         std::vector<XmlNode>* items) const {
+    const auto name = m_xml.m_XmlTagIDs.find(texts.item);
+    if (name == m_xml.m_XmlTagIDs.end()) {
+        Print("%s", texts.noTag);
+        return false;
+    }
+    unsigned int err = XMLPXD_OK;
+    const unsigned int number = m_xml.GetElementNumber(list.Get(), name->second, &err);
+    const int count = static_cast<int>(number);
+    if (err != XMLPXD_OK || count <= 0) {
+        Print("%s", texts.noItems);
+        return false;
+    }
+    const std::unique_ptr<PNODE[]> handles(new (std::nothrow) PNODE[number]());
+    if (handles == nullptr) {
+        LibLogger().WriteLog("CommonXmlPxd", __LINE__, 'e', 0, texts.noMemory, count);
+        return false;
+    }
+    items->reserve(number);
+    unsigned int work = 0;
+    m_functions.GetElementsByElementName(list.Get(), name->second.c_str(), handles.get(), number,
+                                         &work, &err);
+    for (unsigned int i = 0; i < number && handles[i] != nullptr; ++i) {
+        items->emplace_back(m_functions, handles[i]);
+    }
+    if (err != XMLPXD_OK || items->empty()) {
+        Print("%s", texts.notReceived);
+        return false;
+    }
+    return true;
+}
+
+bool ListReader::Value(const XmlNode& item, const ValueRow& row, std::string* value) {
+    unsigned int err = XMLPXD_OK;
+    if (!m_xml.ReadValueInWalk(item.Get(), row.tag, &m_strays, value, &err)) {
+        Print("%s", row.missing);
+        return false;
+    }
+    return true;
+}
+
+bool ListReader::ReadChildren(const XmlNode& item, const char* notRead,
+                              ElementChain* elements) const {
+    unsigned int err = XMLPXD_OK;
+    const bool isRead = m_xml.GetElements(item.Get(), elements->Out(), &err);
+    if (!isRead && notRead != nullptr) {
+        Print("%s", notRead);
+    }
+    return isRead;
+}
+
+}  // namespace xmlpxd

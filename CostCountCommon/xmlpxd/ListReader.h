@@ -1,0 +1,104 @@
+// Reading lists of items that tables describe. Whatever fails prints its row's message.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "CostCountCommon/CommonXMLPxd.h"
+#include "CostCountCommon/xmlpxd/ElementChain.h"
+#include "CostCountCommon/xmlpxd/XmlNode.h"
+
+namespace xmlpxd {
+
+// A list element and the items in it.
+struct ListTexts {
+    unsigned int list;
+    unsigned int item;
+    const char* noList;
+    const char* noTag;
+    const char* noItems;      // also when they cannot be counted
+    const char* noMemory;     // logged, with the number of items
+    const char* notReceived;  // printed when the plug-in gives no items
+};
+
+// A value that an item must have.
+struct ValueRow {
+    unsigned int tag;
+    const char* missing;
+};
+
+// A value that becomes a field of a record.
+template <typename Record>
+struct RequiredRow {
+    ValueRow value;
+    std::string Record::*text;
+};
+
+// Adds the name that an element of a text in several languages holds, unless there is one in that
+// language. The language is the first attribute's value, whatever the attribute's name.
+void AddName(std::map<std::string, std::string>& names, const CCommonXmlPxdElementData& element);
+
+// Serves one list of a bound object.
+class ListReader {
+public:
+    explicit ListReader(CCommonXmlPxd& xml) : m_xml(xml), m_functions(*xml.m_FunctionsXmlPxd) {}
+
+    // The list element among the root's children.
+    XmlNode List(void* root, const ListTexts& texts) const;
+
+    // Reads each item of the list by read(item), up to the first that gives false.
+    template <typename Read>
+    bool Items(const XmlNode& list, const ListTexts& texts, Read read) const {
+        std::vector<XmlNode> items;
+        if (!list || !Receive(list, texts, &items)) {
+            return false;
+        }
+        for (const XmlNode& item : items) {
+            if (!read(item)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    bool Value(const XmlNode& item, const ValueRow& row, std::string* value);
+    template <typename Record, size_t N>
+    bool Values(const XmlNode& item, const RequiredRow<Record> (&rows)[N], Record* record) {
+        for (const RequiredRow<Record>& row : rows) {
+            if (!Value(item, row.value, &(record->*row.text))) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    // Gives each child element to use(element). `notRead`, unless null, is printed on failure.
+    template <typename Use>
+    bool Children(const XmlNode& item, const char* notRead, Use use) const {
+        ElementChain elements(m_xml);
+        if (!ReadChildren(item, notRead, &elements)) {
+            return false;
+        }
+        for (const CCommonXmlPxdElementData* element = elements.First(); element != nullptr;
+             element = element->m_Next) {
+            use(*element);
+        }
+        return true;
+    }
+
+private:
+    // A value that an item lacks is looked for in the items after it. That must not keep anybody
+    // who reads a damaged file, in which each item lacks the same value, until the end of days.
+    static constexpr unsigned long MOST_STRAYS = 1'000'000;
+
+    bool Receive(const XmlNode& list, const ListTexts& texts, std::vector<XmlNode>* items) const;
+    bool ReadChildren(const XmlNode& item, const char* notRead, ElementChain* elements) const;
+
+    CCommonXmlPxd& m_xml;
+    const XMLPXD_FUNCLIST& m_functions;
+    unsigned long m_strays = MOST_STRAYS;
+};
+
+}  // namespace xmlpxd
