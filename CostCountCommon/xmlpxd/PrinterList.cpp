@@ -355,7 +355,7 @@ private:
 }  // namespace
 
 // Interfaces of the class take texts by value.
-// NOLINTNEXTLINE(performance-unnecessary-value-param)
+// NOLINTBEGIN(performance-unnecessary-value-param)
 unsigned int CCommonXmlPxd::CreatePrinterListFile(
     std::string path, const std::list<CCommonPrinterInfo>& printers) try {
     if (m_FunctionsXmlPxd == nullptr) {
@@ -394,7 +394,6 @@ unsigned int CCommonXmlPxd::CreatePrinterListFile(
     return FAILED;  // out of memory
 }
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool CCommonXmlPxd::GetPrinterList(std::string path, CCommonPrinterInfo** head) try {
     if (m_FunctionsXmlPxd == nullptr || head == nullptr) {
         return false;
@@ -432,6 +431,8 @@ bool CCommonXmlPxd::GetPrinterList(std::string path, CCommonPrinterInfo** head) 
 } catch (const std::exception&) {
     return false;  // out of memory
 }
+
+// NOLINTEND(performance-unnecessary-value-param)
 
 // How many printers the list below the root holds, 0 with an error when there is no list.
 unsigned int CCommonXmlPxd::CountPrinters(void* root, unsigned int* err) {

@@ -101,7 +101,7 @@ TEST_F(HostileFiles, DeeperThanTheStack) {
 }
 
 TEST_F(HostileFiles, LargerThanTheLimit) {
-    constexpr size_t LIMIT = 64UL << 20;
+    constexpr size_t LIMIT = 128UL << 20;
     const TempFolder folder;
     const std::string path = folder.Path("large");
     std::string text = "<r>" + std::string(LIMIT - 7, 'x') + "</r>";
