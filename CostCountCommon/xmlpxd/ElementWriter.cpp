@@ -7,8 +7,11 @@
 namespace xmlpxd {
 
 XmlNode ElementWriter::List(void* root, const ListRow& row) const {
+    if (m_functions == nullptr) {
+        return {};
+    }
     unsigned int err = XMLPXD_OK;
-    XmlNode list(m_functions, m_xml.SearchParentElement(root, row.tag, &err));
+    XmlNode list(*m_functions, m_xml.SearchParentElement(root, row.tag, &err));
     if (!list) {
         Print("%s", row.missing);
     }
@@ -33,7 +36,7 @@ XmlNode ElementWriter::Element(const XmlNode& parent, const NewItem& row) const 
     if (name == nullptr) {
         return {};
     }
-    XmlNode element = NewElement(m_functions, parent.Get(), *name);
+    XmlNode element = NewElement(*m_functions, parent.Get(), *name);
     if (!element) {
         Print("%s", row.notWritten);
     }
@@ -46,7 +49,7 @@ XmlNode ElementWriter::Text(const XmlNode& parent, const NewItem& row, const std
     if (name == nullptr) {
         return {};
     }
-    XmlNode element = NewElement(m_functions, parent.Get(), *name, text, kind);
+    XmlNode element = NewElement(*m_functions, parent.Get(), *name, text, kind);
     if (!element) {
         Print("%s", row.notWritten);
     }
@@ -59,7 +62,7 @@ bool ElementWriter::Attribute(const XmlNode& element, const NewItem& row,
     if (name == nullptr) {
         return false;
     }
-    if (SetAttribute(m_functions, element.Get(), *name, value) != XMLPXD_OK) {
+    if (SetAttribute(*m_functions, element.Get(), *name, value) != XMLPXD_OK) {
         Print("%s", row.notWritten);
         return false;
     }

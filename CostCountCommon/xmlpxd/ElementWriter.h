@@ -5,6 +5,7 @@
 #include <string>
 
 #include "CostCountCommon/CommonXMLPxd.h"
+#include "CostCountCommon/xmlpxd/Steps.h"
 #include "CostCountCommon/xmlpxd/XmlNode.h"
 
 namespace xmlpxd {
@@ -36,13 +37,14 @@ struct NamesRow {
     NewItem lang;
 };
 
-// Serves one operation of a bound object.
+// Serves one operation of an object.
 class ElementWriter {
 public:
     explicit ElementWriter(CCommonXmlPxd& xml)
-        : m_xml(xml), m_functions(*xml.m_FunctionsXmlPxd), m_names(xml.m_XmlTagIDs) {}
+        : m_xml(xml), m_functions(xml.m_FunctionsXmlPxd.get()), m_names(xml.m_XmlTagIDs) {}
 
-    // The list element among the root's children.
+    // The list element among the root's children; none, with nothing printed, of an unbound object,
+    // which is all that may be asked of such a one.
     XmlNode List(void* root, const ListRow& row) const;
     // A new last child.
     XmlNode Element(const XmlNode& parent, const NewItem& row) const;
@@ -69,12 +71,12 @@ public:
         return true;
     }
 
-    // An item for each record, filled by fill(item, record).
+    // An item for each record, filled by fill(writer, item, record).
     template <typename Records, typename Fill>
     bool Items(const XmlNode& list, const ListRow& row, const Records& records, Fill fill) const {
         for (const auto& record : records) {
             const XmlNode item = Element(list, row.item);
-            if (!item || !fill(item, record)) {
+            if (!item || !fill(*this, item, record)) {
                 return false;
             }
         }
@@ -85,8 +87,19 @@ private:
     const std::string* FindName(const NewItem& row) const;
 
     CCommonXmlPxd& m_xml;
-    const XMLPXD_FUNCLIST& m_functions;
+    const XMLPXD_FUNCLIST* m_functions;
     const std::map<unsigned int, std::string>& m_names;
 };
+
+// A step that writes a list, its items filled by fill(writer, item, record).
+template <typename Records, typename Fill>
+unsigned int WriteList(CCommonXmlPxd& xml, void* root, const ListRow& row, const Records& records,
+                       Fill fill) {
+    return ResultOf([&] {
+        const ElementWriter writer(xml);
+        const XmlNode list = writer.List(root, row);
+        return list && writer.Items(list, row, records, fill);
+    });
+}
 
 }  // namespace xmlpxd

@@ -1,5 +1,6 @@
 #include "CostCountCommon/xmlpxd/ListReader.h"
 
+#include <memory>
 #include <new>
 
 #include "CostCountCommon/src/Log.h"
@@ -14,8 +15,11 @@ void AddName(std::map<std::string, std::string>& names, const CCommonXmlPxdEleme
 }
 
 XmlNode ListReader::List(void* root, const ListTexts& texts) const {
+    if (m_functions == nullptr) {
+        return {};
+    }
     unsigned int err = XMLPXD_OK;
-    XmlNode list(m_functions, m_xml.SearchParentElement(root, texts.list, &err));
+    XmlNode list(*m_functions, m_xml.SearchParentElement(root, texts.list, &err));
     if (!list) {
         Print("%s", texts.noList);
     }
@@ -43,10 +47,10 @@ bool ListReader::Receive(const XmlNode& list, const ListTexts& texts,
     }
     items->reserve(number);
     unsigned int work = 0;
-    m_functions.GetElementsByElementName(list.Get(), name->second.c_str(), handles.get(), number,
-                                         &work, &err);
+    m_functions->GetElementsByElementName(list.Get(), name->second.c_str(), handles.get(), number,
+                                          &work, &err);
     for (unsigned int i = 0; i < number && handles[i] != nullptr; ++i) {
-        items->emplace_back(m_functions, handles[i]);
+        items->emplace_back(*m_functions, handles[i]);
     }
     if (err != XMLPXD_OK || items->empty()) {
         Print("%s", texts.notReceived);

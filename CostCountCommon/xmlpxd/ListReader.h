@@ -1,13 +1,15 @@
 // Reading lists of items that tables describe. Whatever fails prints its row's message.
 #pragma once
 
+#include <list>
 #include <map>
-#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "CostCountCommon/CommonXMLPxd.h"
 #include "CostCountCommon/xmlpxd/ElementChain.h"
+#include "CostCountCommon/xmlpxd/Steps.h"
 #include "CostCountCommon/xmlpxd/XmlNode.h"
 
 namespace xmlpxd {
@@ -40,25 +42,30 @@ struct RequiredRow {
 // language. The language is the first attribute's value, whatever the attribute's name.
 void AddName(std::map<std::string, std::string>& names, const CCommonXmlPxdElementData& element);
 
-// Serves one list of a bound object.
+// Serves one list of an object.
 class ListReader {
 public:
-    explicit ListReader(CCommonXmlPxd& xml) : m_xml(xml), m_functions(*xml.m_FunctionsXmlPxd) {}
+    explicit ListReader(CCommonXmlPxd& xml)
+        : m_xml(xml), m_functions(xml.m_FunctionsXmlPxd.get()) {}
 
-    // The list element among the root's children.
+    // The list element among the root's children; none, with nothing printed, of an unbound object,
+    // which is all that may be asked of such a one.
     XmlNode List(void* root, const ListTexts& texts) const;
 
-    // Reads each item of the list by read(item), up to the first that gives false.
-    template <typename Read>
-    bool Items(const XmlNode& list, const ListTexts& texts, Read read) const {
+    // Reads each item of the list by read(reader, item, &record), up to the first that gives false,
+    // and appends the records.
+    template <typename Record, typename Read>
+    bool Items(const XmlNode& list, const ListTexts& texts, std::list<Record>* records, Read read) {
         std::vector<XmlNode> items;
         if (!list || !Receive(list, texts, &items)) {
             return false;
         }
         for (const XmlNode& item : items) {
-            if (!read(item)) {
+            Record record;
+            if (!read(*this, item, &record)) {
                 return false;
             }
+            records->push_back(std::move(record));
         }
         return true;
     }
@@ -97,8 +104,18 @@ private:
     bool ReadChildren(const XmlNode& item, const char* notRead, ElementChain* elements) const;
 
     CCommonXmlPxd& m_xml;
-    const XMLPXD_FUNCLIST& m_functions;
+    const XMLPXD_FUNCLIST* m_functions;
     unsigned long m_strays = MOST_STRAYS;
 };
+
+// A step that reads a list.
+template <typename Record, typename Read>
+unsigned int ReadList(CCommonXmlPxd& xml, void* root, const ListTexts& texts,
+                      std::list<Record>* records, Read read) {
+    return ResultOf([&] {
+        ListReader reader(xml);
+        return reader.Items(reader.List(root, texts), texts, records, read);
+    });
+}
 
 }  // namespace xmlpxd

@@ -11,22 +11,27 @@
 #include "CostCountCommon/xmlpxd/ListReader.h"
 #include "CostCountCommon/xmlpxd/OpenedXml.h"
 #include "CostCountCommon/xmlpxd/Print.h"
+#include "CostCountCommon/xmlpxd/Steps.h"
 
 namespace {
 
 using xmlpxd::ElementWriter;
+using xmlpxd::FAILED;
 using xmlpxd::ListReader;
 using xmlpxd::ListRow;
 using xmlpxd::ListTexts;
 using xmlpxd::NamesRow;
+using xmlpxd::ReadList;
 using xmlpxd::RequiredRow;
+using xmlpxd::Step;
 using xmlpxd::TextRow;
+using xmlpxd::WriteList;
 
+using Caps = CCommonXmlPxdDataPrinterCaps;
 using Ink = CCommonXmlPxdDataInk;
 using MediaType = CCommonXmlPxdDataMediaType;
 using MediaSize = CCommonXmlPxdDataMediaSize;
 
-constexpr unsigned int FAILED = 0xFFFFFFFF;
 // What writing gives when the file cannot be made up. That it cannot be told from success is
 // deliberate: callers go by the printed lines.
 constexpr unsigned int NOT_MADE_UP = 0;
@@ -179,6 +184,26 @@ bool SetUnknownJoblog(CCommonXmlPxd& xml, const XMLPXD_FUNCLIST& functions, void
     return true;
 }
 
+// --- The steps ---
+
+constexpr Step<const Caps> WRITING[] = {
+    {&CCommonXmlPxd::CreatePrinterCapsFile_Ink,
+     "CCommonXmlPxd::CreatePrinterCapsFile() ERROR: CreatePrinterCapsFile_Ink()"},
+    {&CCommonXmlPxd::CreatePrinterCapsFile_MediaTypeList,
+     "CCommonXmlPxd::CreatePrinterCapsFile() ERROR: CreatePrinterCapsFile_MediaTypeList()"},
+    {&CCommonXmlPxd::CreatePrinterCapsFile_MediaSizeList,
+     "CCommonXmlPxd::CreatePrinterCapsFile() ERROR: CreatePrinterCapsFile_MediaSizeList()"},
+};
+
+constexpr Step<Caps> READING[] = {
+    {&CCommonXmlPxd::GetPrinterCaps_Ink,
+     "CCommonXmlPxd::GetPrinterCaps() ERROR: GetPrinterCaps_Ink()"},
+    {&CCommonXmlPxd::GetPrinterCaps_MediaTypeList,
+     "CCommonXmlPxd::GetPrinterCaps() ERROR: GetPrinterCaps_MediaTypeList()"},
+    {&CCommonXmlPxd::GetPrinterCaps_MediaSizeList,
+     "CCommonXmlPxd::GetPrinterCaps() ERROR: GetPrinterCaps_MediaSizeList()"},
+};
+
 // --- Where the file lies ---
 
 // False when the user's data folder cannot be told.
@@ -218,21 +243,8 @@ unsigned int CCommonXmlPxd::CreatePrinterCapsFile(std::string& name,
         Print("CCommonXmlPxd::CreatePrinterCapsFile() ERROR: OpenXml() PATH=%s\n", TEMPLATE);
         return NOT_MADE_UP;
     }
-    if (CreatePrinterCapsFile_Ink(caps, file.Root()) != 0) {
-        Print("CCommonXmlPxd::CreatePrinterCapsFile() ERROR: CreatePrinterCapsFile_Ink()");
-        return NOT_MADE_UP;
-    }
-    if (CreatePrinterCapsFile_MediaTypeList(caps, file.Root()) != 0) {
-        Print(
-            "CCommonXmlPxd::CreatePrinterCapsFile() ERROR: CreatePrinterCapsFile_MediaTypeList()");
-        return NOT_MADE_UP;
-    }
-    if (CreatePrinterCapsFile_MediaSizeList(caps, file.Root()) != 0) {
-        Print(
-            "CCommonXmlPxd::CreatePrinterCapsFile() ERROR: CreatePrinterCapsFile_MediaSizeList()");
-        return NOT_MADE_UP;
-    }
-    if (!SetUnknownJoblog(*this, *m_FunctionsXmlPxd, file.Root(), caps.m_DispUnknownJoblog)) {
+    if (!RunSteps(*this, WRITING, caps, file.Root()) ||
+        !SetUnknownJoblog(*this, *m_FunctionsXmlPxd, file.Root(), caps.m_DispUnknownJoblog)) {
         return NOT_MADE_UP;
     }
     std::string path;
@@ -244,49 +256,28 @@ unsigned int CCommonXmlPxd::CreatePrinterCapsFile(std::string& name,
 }
 
 unsigned int CCommonXmlPxd::CreatePrinterCapsFile_Ink(const CCommonXmlPxdDataPrinterCaps& caps,
-                                                      void* root) try {
-    if (m_FunctionsXmlPxd == nullptr) {
-        return FAILED;
-    }
-    const ElementWriter writer(*this);
-    const XmlNode list = writer.List(root, INK_LIST);
-    const auto fill = [&](const XmlNode& item, const Ink& record) {
-        return writer.Texts(item, INK_ROWS, record);
-    };
-    return list && writer.Items(list, INK_LIST, caps.m_InkList, fill) ? 0 : FAILED;
-} catch (const std::exception&) {
-    return FAILED;  // out of memory
+                                                      void* root) {
+    return WriteList(*this, root, INK_LIST, caps.m_InkList,
+                     [](const ElementWriter& writer, const XmlNode& item, const Ink& ink) {
+                         return writer.Texts(item, INK_ROWS, ink);
+                     });
 }
 
 unsigned int CCommonXmlPxd::CreatePrinterCapsFile_MediaTypeList(
-    const CCommonXmlPxdDataPrinterCaps& caps, void* root) try {
-    if (m_FunctionsXmlPxd == nullptr) {
-        return FAILED;
-    }
-    const ElementWriter writer(*this);
-    const XmlNode list = writer.List(root, MEDIA_TYPE_LIST);
-    const auto fill = [&](const XmlNode& item, const MediaType& record) {
-        return writer.Texts(item, MEDIA_TYPE_ID, record) &&
-               writer.Names(item, MEDIA_TYPE_NAMES, record.m_MediaTypeName);
-    };
-    return list && writer.Items(list, MEDIA_TYPE_LIST, caps.m_MediaTypeList, fill) ? 0 : FAILED;
-} catch (const std::exception&) {
-    return FAILED;  // out of memory
+    const CCommonXmlPxdDataPrinterCaps& caps, void* root) {
+    return WriteList(*this, root, MEDIA_TYPE_LIST, caps.m_MediaTypeList,
+                     [](const ElementWriter& writer, const XmlNode& item, const MediaType& type) {
+                         return writer.Texts(item, MEDIA_TYPE_ID, type) &&
+                                writer.Names(item, MEDIA_TYPE_NAMES, type.m_MediaTypeName);
+                     });
 }
 
 unsigned int CCommonXmlPxd::CreatePrinterCapsFile_MediaSizeList(
-    const CCommonXmlPxdDataPrinterCaps& caps, void* root) try {
-    if (m_FunctionsXmlPxd == nullptr) {
-        return FAILED;
-    }
-    const ElementWriter writer(*this);
-    const XmlNode list = writer.List(root, MEDIA_SIZE_LIST);
-    const auto fill = [&](const XmlNode& item, const MediaSize& record) {
-        return writer.Texts(item, MEDIA_SIZE_ROWS, record);
-    };
-    return list && writer.Items(list, MEDIA_SIZE_LIST, caps.m_MediaSizeList, fill) ? 0 : FAILED;
-} catch (const std::exception&) {
-    return FAILED;  // out of memory
+    const CCommonXmlPxdDataPrinterCaps& caps, void* root) {
+    return WriteList(*this, root, MEDIA_SIZE_LIST, caps.m_MediaSizeList,
+                     [](const ElementWriter& writer, const XmlNode& item, const MediaSize& size) {
+                         return writer.Texts(item, MEDIA_SIZE_ROWS, size);
+                     });
 }
 
 bool CCommonXmlPxd::GetPrinterCaps(std::string& name, CCommonXmlPxdDataPrinterCaps& caps) try {
@@ -299,15 +290,7 @@ bool CCommonXmlPxd::GetPrinterCaps(std::string& name, CCommonXmlPxdDataPrinterCa
         Print("CCommonXmlPxd::GetPrinterCaps() ERROR: OpenXml() PATH=%s\n", path.c_str());
         return false;
     }
-    if (GetPrinterCaps_Ink(caps, file.Root()) != 0) {
-        Print("CCommonXmlPxd::GetPrinterCaps() ERROR: GetPrinterCaps_Ink()");
-    }
-    if (GetPrinterCaps_MediaTypeList(caps, file.Root()) != 0) {
-        Print("CCommonXmlPxd::GetPrinterCaps() ERROR: GetPrinterCaps_MediaTypeList()");
-    }
-    if (GetPrinterCaps_MediaSizeList(caps, file.Root()) != 0) {
-        Print("CCommonXmlPxd::GetPrinterCaps() ERROR: GetPrinterCaps_MediaSizeList()");
-    }
+    RunEachStep(*this, READING, caps, file.Root());
     unsigned int err = XMLPXD_OK;
     if (!GetElementValueWithSearch(file.Root(), XMLTAG_CAPS_DISPUNKNOWNJOBLOG, true,
                                    &caps.m_DispUnknownJoblog, &err)) {
@@ -319,82 +302,44 @@ bool CCommonXmlPxd::GetPrinterCaps(std::string& name, CCommonXmlPxdDataPrinterCa
     return false;  // out of memory
 }
 
-unsigned int CCommonXmlPxd::GetPrinterCaps_Ink(CCommonXmlPxdDataPrinterCaps& caps, void* root) try {
-    if (m_FunctionsXmlPxd == nullptr) {
-        return FAILED;
-    }
-    ListReader reader(*this);
-    const XmlNode list = reader.List(root, INKS_READ);
-    const auto read = [&](const XmlNode& item) {
-        Ink record;
-        const auto use = [&](const CCommonXmlPxdElementData& element) {
-            INK_COLOR.Take(element, &record);
+unsigned int CCommonXmlPxd::GetPrinterCaps_Ink(CCommonXmlPxdDataPrinterCaps& caps, void* root) {
+    const auto read = [](ListReader& reader, const XmlNode& item, Ink* record) {
+        const auto use = [record](const CCommonXmlPxdElementData& element) {
+            INK_COLOR.Take(element, record);
         };
-        const bool isRead =
-            reader.Values(item, INK_VALUES, &record) &&
-            reader.Children(item, "CCommonXmlPxd::GetPrinterCaps_Ink() ERROR: GetElements()", use);
-        if (isRead) {
-            caps.m_InkList.push_back(std::move(record));
-        }
-        return isRead;
+        return reader.Values(item, INK_VALUES, record) &&
+               reader.Children(item, "CCommonXmlPxd::GetPrinterCaps_Ink() ERROR: GetElements()",
+                               use);
     };
-    return reader.Items(list, INKS_READ, read) ? 0 : FAILED;
-} catch (const std::exception&) {
-    return FAILED;  // out of memory
+    return ReadList(*this, root, INKS_READ, &caps.m_InkList, read);
 }
 
 unsigned int CCommonXmlPxd::GetPrinterCaps_MediaTypeList(CCommonXmlPxdDataPrinterCaps& caps,
-                                                         void* root) try {
-    if (m_FunctionsXmlPxd == nullptr) {
-        return FAILED;
-    }
-    ListReader reader(*this);
-    const XmlNode list = reader.List(root, MEDIA_TYPES_READ);
-    const auto read = [&](const XmlNode& item) {
-        MediaType record;
-        const auto use = [&](const CCommonXmlPxdElementData& element) {
+                                                         void* root) {
+    const auto read = [](ListReader& reader, const XmlNode& item, MediaType* record) {
+        const auto use = [record](const CCommonXmlPxdElementData& element) {
             if (element.m_ElementID == XMLTAG_CAPS_MEDIATYPENAME) {
-                xmlpxd::AddName(record.m_MediaTypeName, element);
+                xmlpxd::AddName(record->m_MediaTypeName, element);
             }
         };
-        const bool isRead =
-            reader.Values(item, MEDIA_TYPE_VALUES, &record) &&
-            reader.Children(
-                item, "CCommonXmlPxd::GetPrinterCaps_MediaTypeList() ERROR: GetElements()", use);
-        if (isRead) {
-            caps.m_MediaTypeList.push_back(std::move(record));
-        }
-        return isRead;
+        return reader.Values(item, MEDIA_TYPE_VALUES, record) &&
+               reader.Children(
+                   item, "CCommonXmlPxd::GetPrinterCaps_MediaTypeList() ERROR: GetElements()", use);
     };
-    return reader.Items(list, MEDIA_TYPES_READ, read) ? 0 : FAILED;
-} catch (const std::exception&) {
-    return FAILED;  // out of memory
+    return ReadList(*this, root, MEDIA_TYPES_READ, &caps.m_MediaTypeList, read);
 }
 
 unsigned int CCommonXmlPxd::GetPrinterCaps_MediaSizeList(CCommonXmlPxdDataPrinterCaps& caps,
-                                                         void* root) try {
-    if (m_FunctionsXmlPxd == nullptr) {
-        return FAILED;
-    }
-    ListReader reader(*this);
-    const XmlNode list = reader.List(root, MEDIA_SIZES_READ);
-    const auto read = [&](const XmlNode& item) {
-        MediaSize record;
-        const auto use = [&](const CCommonXmlPxdElementData& element) {
-            MEDIA_SIZE_NAME.Take(element, &record);
+                                                         void* root) {
+    const auto read = [](ListReader& reader, const XmlNode& item, MediaSize* record) {
+        const auto use = [record](const CCommonXmlPxdElementData& element) {
+            MEDIA_SIZE_NAME.Take(element, record);
         };
-        const bool isRead =
-            reader.Values(item, MEDIA_SIZE_VALUES, &record) &&
-            reader.Children(
-                item, "CCommonXmlPxd::GetPrinterCaps_MediaSizeList() ERROR: GetElements()", use);
-        if (isRead) {
-            caps.m_MediaSizeList.push_back(std::move(record));
-        }
-        return isRead;
+        return reader.Values(item, MEDIA_SIZE_VALUES, record) &&
+               reader.Children(
+                   item, "CCommonXmlPxd::GetPrinterCaps_MediaSizeList() ERROR: GetElements()", use);
     };
-    return reader.Items(list, MEDIA_SIZES_READ, read) ? 0 : FAILED;
-} catch (const std::exception&) {
-    return FAILED;  // out of memory
+    return ReadList(*this, root, MEDIA_SIZES_READ, &caps.m_MediaSizeList, read);
 }
 
 CCommonXmlPxdElementData* CCommonXmlPxd::GetPrinterCapsElements(void* node, bool first,

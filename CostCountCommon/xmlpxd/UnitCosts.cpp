@@ -12,24 +12,28 @@
 #include "CostCountCommon/xmlpxd/NumberOf.h"
 #include "CostCountCommon/xmlpxd/OpenedXml.h"
 #include "CostCountCommon/xmlpxd/Print.h"
+#include "CostCountCommon/xmlpxd/Steps.h"
 
 namespace {
 
 using xmlpxd::ElementWriter;
+using xmlpxd::FAILED;
 using xmlpxd::ListReader;
 using xmlpxd::ListRow;
 using xmlpxd::ListTexts;
 using xmlpxd::NamesRow;
 using xmlpxd::NewItem;
+using xmlpxd::ReadList;
 using xmlpxd::RequiredRow;
+using xmlpxd::ResultOf;
+using xmlpxd::Step;
 using xmlpxd::TextRow;
+using xmlpxd::WriteList;
 
 using Cost = CCommonXmlPxdDataUnitCost;
 using Ink = CCommonXmlPxdDataUnitCostInk;
 using Media = CCommonXmlPxdDataUnitCostMedia;
 using Extra = CCommonXmlPxdDataUnitCostExtra;
-
-constexpr unsigned int FAILED = 0xFFFFFFFF;
 
 constexpr const char* TEMPLATE = "/xmls/UnitCostBase.xml";
 
@@ -198,6 +202,26 @@ constexpr RequiredRow<Extra> EXTRA_VALUES[] = {
      &Extra::m_ExtraCalc},
 };
 
+// --- The steps ---
+
+constexpr Step<const Cost> WRITING[] = {
+    {&CCommonXmlPxd::CreateUnitCostFile_Ink,
+     "CCommonXmlPxd::CreateUnitCostFile() ERROR: CreateUnitCostFile_Ink()"},
+    {&CCommonXmlPxd::CreateUnitCostFile_Media,
+     "CCommonXmlPxd::CreateUnitCostFile() ERROR: CreateUnitCostFile_Media()"},
+    {&CCommonXmlPxd::CreateUnitCostFile_Extra,
+     "CCommonXmlPxd::CreateUnitCostFile() ERROR: CreateUnitCostFile_Extra()"},
+};
+
+// The messages call the steps GetUnitCostFile_.
+constexpr Step<Cost> READING[] = {
+    {&CCommonXmlPxd::GetUnitCost_Ink, "CCommonXmlPxd::GetUnitCost() ERROR: GetUnitCostFile_Ink()"},
+    {&CCommonXmlPxd::GetUnitCost_Media,
+     "CCommonXmlPxd::GetUnitCost() ERROR: GetUnitCostFile_Media()"},
+    {&CCommonXmlPxd::GetUnitCost_Extra,
+     "CCommonXmlPxd::GetUnitCost() ERROR: GetUnitCostFile_Extra()"},
+};
+
 // --- Where the file lies ---
 
 // False when the user's data folder cannot be told.
@@ -226,20 +250,8 @@ unsigned int CCommonXmlPxd::CreateUnitCostFile(std::string& name, const std::str
         Print("CCommonXmlPxd::CreateUnitCostFile() ERROR: OpenXml() PATH=%s\n", TEMPLATE);
         return FAILED;
     }
-    if (CreateUnitCostFile_Ink(cost, file.Root()) != 0) {
-        Print("CCommonXmlPxd::CreateUnitCostFile() ERROR: CreateUnitCostFile_Ink()");
-        return FAILED;
-    }
-    if (CreateUnitCostFile_Media(cost, file.Root()) != 0) {
-        Print("CCommonXmlPxd::CreateUnitCostFile() ERROR: CreateUnitCostFile_Media()");
-        return FAILED;
-    }
-    if (CreateUnitCostFile_Extra(cost, file.Root()) != 0) {
-        Print("CCommonXmlPxd::CreateUnitCostFile() ERROR: CreateUnitCostFile_Extra()");
-        return FAILED;
-    }
     std::string path;
-    return FilePath(name, folder, &path) &&
+    return RunSteps(*this, WRITING, cost, file.Root()) && FilePath(name, folder, &path) &&
                    xmlpxd::Save(*m_FunctionsXmlPxd, m_document, path) == XMLPXD_OK
                ? 0
                : FAILED;
@@ -248,53 +260,35 @@ unsigned int CCommonXmlPxd::CreateUnitCostFile(std::string& name, const std::str
 }
 
 unsigned int CCommonXmlPxd::CreateUnitCostFile_Ink(const CCommonXmlPxdDataUnitCost& cost,
-                                                   void* root) try {
-    if (m_FunctionsXmlPxd == nullptr) {
-        return FAILED;
-    }
-    const ElementWriter writer(*this);
-    const XmlNode list = writer.List(root, INK_LIST);
-    const auto fill = [&](const XmlNode& ink, const Ink& record) {
-        return writer.Texts(ink, INK_ROWS, record);
-    };
-    return list && writer.Items(list, INK_LIST, cost.m_InkList, fill) ? 0 : FAILED;
-} catch (const std::exception&) {
-    return FAILED;  // out of memory
+                                                   void* root) {
+    return WriteList(*this, root, INK_LIST, cost.m_InkList,
+                     [](const ElementWriter& writer, const XmlNode& item, const Ink& ink) {
+                         return writer.Texts(item, INK_ROWS, ink);
+                     });
 }
 
 unsigned int CCommonXmlPxd::CreateUnitCostFile_Media(const CCommonXmlPxdDataUnitCost& cost,
-                                                     void* root) try {
-    if (m_FunctionsXmlPxd == nullptr) {
-        return FAILED;
-    }
-    const ElementWriter writer(*this);
-    const XmlNode list = writer.List(root, MEDIA_LIST);
-    const auto fill = [&](const XmlNode& media, const Media& record) {
-        return writer.Texts(media, MEDIA_ROWS, record);
-    };
-    return list && writer.Items(list, MEDIA_LIST, cost.m_MediaList, fill) ? 0 : FAILED;
-} catch (const std::exception&) {
-    return FAILED;  // out of memory
+                                                     void* root) {
+    return WriteList(*this, root, MEDIA_LIST, cost.m_MediaList,
+                     [](const ElementWriter& writer, const XmlNode& item, const Media& media) {
+                         return writer.Texts(item, MEDIA_ROWS, media);
+                     });
 }
 
 unsigned int CCommonXmlPxd::CreateUnitCostFile_Extra(const CCommonXmlPxdDataUnitCost& cost,
-                                                     void* root) try {
-    if (m_FunctionsXmlPxd == nullptr) {
-        return FAILED;
-    }
-    const ElementWriter writer(*this);
-    const XmlNode list = writer.List(root, EXTRA_LIST);
-    const auto fill = [&](const XmlNode& extra, const Extra& record) {
-        return writer.Texts(extra, EXTRA_ID, record) &&
-               writer.Names(extra, EXTRA_NAMES, record.m_ExtraName) &&
-               writer.Texts(extra, EXTRA_ROWS, record);
+                                                     void* root) {
+    const auto fill = [](const ElementWriter& writer, const XmlNode& item, const Extra& extra) {
+        return writer.Texts(item, EXTRA_ID, extra) &&
+               writer.Names(item, EXTRA_NAMES, extra.m_ExtraName) &&
+               writer.Texts(item, EXTRA_ROWS, extra);
     };
-    return list && writer.Text(list, HIDDEN_NUMBER, std::to_string(cost.m_ExtraHiddenNumber)) &&
-                   writer.Items(list, EXTRA_LIST, cost.m_ExtraList, fill)
-               ? 0
-               : FAILED;
-} catch (const std::exception&) {
-    return FAILED;  // out of memory
+    // The hidden number is written also when there are no extras.
+    return ResultOf([&] {
+        const ElementWriter writer(*this);
+        const XmlNode list = writer.List(root, EXTRA_LIST);
+        return list && writer.Text(list, HIDDEN_NUMBER, std::to_string(cost.m_ExtraHiddenNumber)) &&
+               writer.Items(list, EXTRA_LIST, cost.m_ExtraList, fill);
+    });
 }
 
 bool CCommonXmlPxd::GetUnitCost(std::string& name, const std::string& folder,
@@ -308,93 +302,51 @@ bool CCommonXmlPxd::GetUnitCost(std::string& name, const std::string& folder,
         Print("CCommonXmlPxd::GetUnitCost() ERROR: OpenXml() PATH=%s\n", path.c_str());
         return false;
     }
-    // The messages call the steps GetUnitCostFile_.
-    if (GetUnitCost_Ink(cost, file.Root()) != 0) {
-        Print("CCommonXmlPxd::GetUnitCost() ERROR: GetUnitCostFile_Ink()");
-    }
-    if (GetUnitCost_Media(cost, file.Root()) != 0) {
-        Print("CCommonXmlPxd::GetUnitCost() ERROR: GetUnitCostFile_Media()");
-    }
-    if (GetUnitCost_Extra(cost, file.Root()) != 0) {
-        Print("CCommonXmlPxd::GetUnitCost() ERROR: GetUnitCostFile_Extra()");
-    }
+    RunEachStep(*this, READING, cost, file.Root());
     return true;
 } catch (const std::exception&) {
     return false;  // out of memory
 }
 
-unsigned int CCommonXmlPxd::GetUnitCost_Ink(CCommonXmlPxdDataUnitCost& cost, void* root) try {
-    if (m_FunctionsXmlPxd == nullptr) {
-        return FAILED;
-    }
-    ListReader reader(*this);
-    const XmlNode list = reader.List(root, INKS_READ);
-    const auto read = [&](const XmlNode& item) {
-        Ink ink;
-        const bool isRead = reader.Values(item, INK_VALUES, &ink);
-        if (isRead) {
-            cost.m_InkList.push_back(std::move(ink));
-        }
-        return isRead;
-    };
-    return reader.Items(list, INKS_READ, read) ? 0 : FAILED;
-} catch (const std::exception&) {
-    return FAILED;  // out of memory
+unsigned int CCommonXmlPxd::GetUnitCost_Ink(CCommonXmlPxdDataUnitCost& cost, void* root) {
+    return ReadList(*this, root, INKS_READ, &cost.m_InkList,
+                    [](ListReader& reader, const XmlNode& item, Ink* ink) {
+                        return reader.Values(item, INK_VALUES, ink);
+                    });
 }
 
-unsigned int CCommonXmlPxd::GetUnitCost_Media(CCommonXmlPxdDataUnitCost& cost, void* root) try {
-    if (m_FunctionsXmlPxd == nullptr) {
-        return FAILED;
-    }
-    ListReader reader(*this);
-    const XmlNode list = reader.List(root, MEDIA_READ);
-    const auto read = [&](const XmlNode& item) {
-        Media media;
-        const bool isRead = reader.Values(item, MEDIA_VALUES, &media);
-        if (isRead) {
-            cost.m_MediaList.push_back(std::move(media));
-        }
-        return isRead;
-    };
-    return reader.Items(list, MEDIA_READ, read) ? 0 : FAILED;
-} catch (const std::exception&) {
-    return FAILED;  // out of memory
+unsigned int CCommonXmlPxd::GetUnitCost_Media(CCommonXmlPxdDataUnitCost& cost, void* root) {
+    return ReadList(*this, root, MEDIA_READ, &cost.m_MediaList,
+                    [](ListReader& reader, const XmlNode& item, Media* media) {
+                        return reader.Values(item, MEDIA_VALUES, media);
+                    });
 }
 
-unsigned int CCommonXmlPxd::GetUnitCost_Extra(CCommonXmlPxdDataUnitCost& cost, void* root) try {
-    if (m_FunctionsXmlPxd == nullptr) {
-        return FAILED;
-    }
-    ListReader reader(*this);
-    const XmlNode list = reader.List(root, EXTRAS_READ);
-    if (!list) {
-        return FAILED;
-    }
-    std::string hiddenNumber;
-    unsigned int err = XMLPXD_OK;
-    if (!GetElementValueWithSearch(list.Get(), XMLTAG_COST_EXTRAHIDDENNUMBER, true, &hiddenNumber,
-                                   &err)) {
-        Print(
-            "CCommonXmlPxd::GetUnitCost_Extra() ERROR: GetElementValueWithSearch(XMLTAG_ID_UNITCOST_EXTRAINDEX)");
-        hiddenNumber.assign(1, '0');
-    }
-    cost.m_ExtraHiddenNumber = NumberOf(hiddenNumber);
-    const auto read = [&](const XmlNode& item) {
-        Extra extra;
-        const auto addName = [&](const CCommonXmlPxdElementData& element) {
+unsigned int CCommonXmlPxd::GetUnitCost_Extra(CCommonXmlPxdDataUnitCost& cost, void* root) {
+    const auto read = [](ListReader& reader, const XmlNode& item, Extra* extra) {
+        const auto addName = [extra](const CCommonXmlPxdElementData& element) {
             if (element.m_ElementID == XMLTAG_COST_EXTRANAME) {
-                xmlpxd::AddName(extra.m_ExtraName, element);
+                xmlpxd::AddName(extra->m_ExtraName, element);
             }
         };
-        const bool isRead = reader.Values(item, EXTRA_ID_VALUE, &extra) &&
-                            reader.Children(item, nullptr, addName) &&
-                            reader.Values(item, EXTRA_VALUES, &extra);
-        if (isRead) {
-            cost.m_ExtraList.push_back(std::move(extra));
-        }
-        return isRead;
+        // That names which cannot be read are not told of is deliberate.
+        return reader.Values(item, EXTRA_ID_VALUE, extra) &&
+               reader.Children(item, nullptr, addName) && reader.Values(item, EXTRA_VALUES, extra);
     };
-    return reader.Items(list, EXTRAS_READ, read) ? 0 : FAILED;
-} catch (const std::exception&) {
-    return FAILED;  // out of memory
+    return ResultOf([&] {
+        ListReader reader(*this);
+        const XmlNode list = reader.List(root, EXTRAS_READ);
+        if (!list) {
+            return false;
+        }
+        std::string hiddenNumber;
+        unsigned int err = XMLPXD_OK;
+        if (!GetElementValueWithSearch(list.Get(), XMLTAG_COST_EXTRAHIDDENNUMBER, true,
+                                       &hiddenNumber, &err)) {
+            Print(
+                "CCommonXmlPxd::GetUnitCost_Extra() ERROR: GetElementValueWithSearch(XMLTAG_ID_UNITCOST_EXTRAINDEX)");
+        }
+        cost.m_ExtraHiddenNumber = NumberOf(hiddenNumber);  // 0 of none
+        return reader.Items(list, EXTRAS_READ, &cost.m_ExtraList, read);
+    });
 }

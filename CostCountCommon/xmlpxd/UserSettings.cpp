@@ -11,18 +11,39 @@
 #include "CostCountCommon/xmlpxd/ElementChain.h"
 #include "CostCountCommon/xmlpxd/OpenedXml.h"
 #include "CostCountCommon/xmlpxd/Print.h"
+#include "CostCountCommon/xmlpxd/Steps.h"
 #include "CostCountCommon/xmlpxd/XmlNode.h"
 
 namespace {
+
+using xmlpxd::FAILED;
+using xmlpxd::ResultOf;
+using xmlpxd::Step;
 
 using Settings = CCommonXmlPxdDataUserSettings;
 using JobCost = CCommonXmlPxdDataJobCost;
 using DateSpan = CCommonXmlPxdDataDateSpan;
 using Other = CCommonXmlPxdDataOther;
 
-constexpr unsigned int FAILED = 0xFFFFFFFF;
-
 constexpr const char* FILE_NAME = "/CMUserSetting.cfg";
+
+constexpr Step<Settings> STEPS[] = {
+    {&CCommonXmlPxd::GetUserSetting_Scales,
+     "CCommonXmlPxd::GetDBSetting() ERROR: GetUserSettingFile_Scales("},
+    {&CCommonXmlPxd::GetUserSetting_JobCostList,
+     "CCommonXmlPxd::GetDBSetting() ERROR: GetUserSettingFile_JobCostList("},
+    {&CCommonXmlPxd::GetUserSetting_FilterConditon,
+     "CCommonXmlPxd::GetDBSetting() ERROR: GetUserSettingFile_FilterConditon("},
+};
+
+constexpr Step<Settings> FILTER_STEPS[] = {
+    {&CCommonXmlPxd::GetUserSetting_FC_PrinterList,
+     "CCommonXmlPxd::GetUserSettingFile_FilterConditon() ERROR: GetUserSettingFile_FC_PrinterList()"},
+    {&CCommonXmlPxd::GetUserSetting_FC_SpanList,
+     "CCommonXmlPxd::GetUserSettingFile_FilterConditon() ERROR: GetUserSettingFile_FC_SpanList()"},
+    {&CCommonXmlPxd::GetUserSetting_FC_OtherList,
+     "CCommonXmlPxd::GetUserSettingFile_FilterConditon() ERROR: GetUserSettingFile_FC_OtherList()"},
+};
 
 struct Scale {
     unsigned int tag;
@@ -127,27 +148,6 @@ bool TakeAttributes(const CCommonXmlPxdElementData& entry, const AttributeRow<Re
     return true;
 }
 
-bool ReadEntries(CCommonXmlPxd& xml, void* list, const EntryList& row, ElementChain* entries) {
-    unsigned int err = XMLPXD_OK;
-    if (!xml.GetElements(list, entries->Out(), &err)) {
-        Print("%s", row.notRead);
-        return false;
-    }
-    return true;
-}
-
-// Gives each entry to take(entry), up to the first that gives false.
-template <typename Take>
-bool TakeEntries(const ElementChain& entries, Take take) {
-    for (const CCommonXmlPxdElementData* entry = entries.First(); entry != nullptr;
-         entry = entry->m_Next) {
-        if (!take(*entry)) {
-            return false;
-        }
-    }
-    return true;
-}
-
 // The list element among the children.
 XmlNode FindList(CCommonXmlPxd& xml, const XMLPXD_FUNCLIST& functions, void* parent,
                  const EntryList& row) {
@@ -157,6 +157,37 @@ XmlNode FindList(CCommonXmlPxd& xml, const XMLPXD_FUNCLIST& functions, void* par
         Print("%s", row.noList);
     }
     return list;
+}
+
+// Gives each entry to take(entry), up to the first that gives false.
+template <typename Take>
+bool TakeEntries(CCommonXmlPxd& xml, const XmlNode& list, const EntryList& row, Take take) {
+    ElementChain entries(xml);
+    unsigned int err = XMLPXD_OK;
+    if (!xml.GetElements(list.Get(), entries.Out(), &err)) {
+        Print("%s", row.notRead);
+        return false;
+    }
+    for (const CCommonXmlPxdElementData* entry = entries.First(); entry != nullptr;
+         entry = entry->m_Next) {
+        if (!take(*entry)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// A step that reads a list, quiet for an unbound object.
+template <typename Take>
+unsigned int ReadEntries(CCommonXmlPxd& xml, const XMLPXD_FUNCLIST* functions, void* parent,
+                         const EntryList& row, Take take) {
+    return ResultOf([&] {
+        if (functions == nullptr) {
+            return false;
+        }
+        const XmlNode list = FindList(xml, *functions, parent, row);
+        return list && TakeEntries(xml, list, row, take);
+    });
 }
 
 }  // namespace
@@ -170,15 +201,7 @@ bool CCommonXmlPxd::GetUserSetting(CCommonXmlPxdDataUserSettings& settings) try 
         Print("CCommonXmlPxd::GetDBSetting() ERROR: OpenXml() PATH=%s\n", FILE_NAME);
         return false;
     }
-    if (GetUserSetting_Scales(settings, file.Root()) != 0) {
-        Print("CCommonXmlPxd::GetDBSetting() ERROR: GetUserSettingFile_Scales(");
-    }
-    if (GetUserSetting_JobCostList(settings, file.Root()) != 0) {
-        Print("CCommonXmlPxd::GetDBSetting() ERROR: GetUserSettingFile_JobCostList(");
-    }
-    if (GetUserSetting_FilterConditon(settings, file.Root()) != 0) {
-        Print("CCommonXmlPxd::GetDBSetting() ERROR: GetUserSettingFile_FilterConditon(");
-    }
+    RunEachStep(*this, STEPS, settings, file.Root());
     return true;
 } catch (const std::exception&) {
     return false;  // out of memory
@@ -218,14 +241,11 @@ unsigned int CCommonXmlPxd::GetUserSetting_JobCostList(CCommonXmlPxdDataUserSett
         Print("CCommonXmlPxd::GetUserSettingFile_JobCostList() ERROR:  m_XmlTagIDs.end()");
         return FAILED;
     }
-    ElementChain entries(*this);
-    const auto take = [&](const CCommonXmlPxdElementData& entry) {
+    const auto take = [&settings](const CCommonXmlPxdElementData& entry) {
         return TakeAttributes(entry, JOB_COST_ROWS, OTHER_COUNT_OF_JOB_COST,
                               &settings.m_JobCostList);
     };
-    return ReadEntries(*this, list.Get(), JOB_COSTS, &entries) && TakeEntries(entries, take)
-               ? 0
-               : FAILED;
+    return TakeEntries(*this, list, JOB_COSTS, take) ? 0 : FAILED;
 } catch (const std::exception&) {
     return FAILED;  // out of memory
 }
@@ -243,74 +263,38 @@ unsigned int CCommonXmlPxd::GetUserSetting_FilterConditon(CCommonXmlPxdDataUserS
             "CCommonXmlPxd::GetUserSettingFile_FilterConditon() ERROR: SearchParentElement(XMLTAG_ID_USRSETTING_FILTERCONDITION)");
         return FAILED;
     }
-    if (GetUserSetting_FC_PrinterList(settings, condition.Get()) != 0) {
-        Print(
-            "CCommonXmlPxd::GetUserSettingFile_FilterConditon() ERROR: GetUserSettingFile_FC_PrinterList()");
-    }
-    if (GetUserSetting_FC_SpanList(settings, condition.Get()) != 0) {
-        Print(
-            "CCommonXmlPxd::GetUserSettingFile_FilterConditon() ERROR: GetUserSettingFile_FC_SpanList()");
-    }
-    if (GetUserSetting_FC_OtherList(settings, condition.Get()) != 0) {
-        Print(
-            "CCommonXmlPxd::GetUserSettingFile_FilterConditon() ERROR: GetUserSettingFile_FC_OtherList()");
-    }
+    RunEachStep(*this, FILTER_STEPS, settings, condition.Get());
     return 0;
 } catch (const std::exception&) {
     return FAILED;  // out of memory
 }
 
 unsigned int CCommonXmlPxd::GetUserSetting_FC_PrinterList(CCommonXmlPxdDataUserSettings& settings,
-                                                          void* node) try {
-    if (m_FunctionsXmlPxd == nullptr) {
-        return FAILED;
-    }
-    const XmlNode list = FindList(*this, *m_FunctionsXmlPxd, node, PRINTERS);
-    ElementChain entries(*this);
-    // An entry without attributes names no printer.
-    const auto take = [&](const CCommonXmlPxdElementData& entry) {
-        if (!entry.m_AttributeValues.empty()) {
-            settings.m_PrinterList.push_back(entry.m_AttributeValues.front());
-        }
-        return true;
-    };
-    return list && ReadEntries(*this, list.Get(), PRINTERS, &entries) && TakeEntries(entries, take)
-               ? 0
-               : FAILED;
-} catch (const std::exception&) {
-    return FAILED;  // out of memory
+                                                          void* node) {
+    return ReadEntries(*this, m_FunctionsXmlPxd.get(), node, PRINTERS,
+                       [&settings](const CCommonXmlPxdElementData& entry) {
+                           // An entry without attributes names no printer.
+                           if (!entry.m_AttributeValues.empty()) {
+                               settings.m_PrinterList.push_back(entry.m_AttributeValues.front());
+                           }
+                           return true;
+                       });
 }
 
 unsigned int CCommonXmlPxd::GetUserSetting_FC_SpanList(CCommonXmlPxdDataUserSettings& settings,
-                                                       void* node) try {
-    if (m_FunctionsXmlPxd == nullptr) {
-        return FAILED;
-    }
-    const XmlNode list = FindList(*this, *m_FunctionsXmlPxd, node, SPANS);
-    ElementChain entries(*this);
-    const auto take = [&](const CCommonXmlPxdElementData& entry) {
-        return TakeAttributes(entry, SPAN_ROWS, OTHER_COUNT_OF_SPAN, &settings.m_SpanList);
-    };
-    return list && ReadEntries(*this, list.Get(), SPANS, &entries) && TakeEntries(entries, take)
-               ? 0
-               : FAILED;
-} catch (const std::exception&) {
-    return FAILED;  // out of memory
+                                                       void* node) {
+    return ReadEntries(*this, m_FunctionsXmlPxd.get(), node, SPANS,
+                       [&settings](const CCommonXmlPxdElementData& entry) {
+                           return TakeAttributes(entry, SPAN_ROWS, OTHER_COUNT_OF_SPAN,
+                                                 &settings.m_SpanList);
+                       });
 }
 
 unsigned int CCommonXmlPxd::GetUserSetting_FC_OtherList(CCommonXmlPxdDataUserSettings& settings,
-                                                        void* node) try {
-    if (m_FunctionsXmlPxd == nullptr) {
-        return FAILED;
-    }
-    const XmlNode list = FindList(*this, *m_FunctionsXmlPxd, node, OTHERS);
-    ElementChain entries(*this);
-    const auto take = [&](const CCommonXmlPxdElementData& entry) {
-        return TakeAttributes(entry, OTHER_ROWS, OTHER_COUNT_OF_OTHER, &settings.m_OtherList);
-    };
-    return list && ReadEntries(*this, list.Get(), OTHERS, &entries) && TakeEntries(entries, take)
-               ? 0
-               : FAILED;
-} catch (const std::exception&) {
-    return FAILED;  // out of memory
+                                                        void* node) {
+    return ReadEntries(*this, m_FunctionsXmlPxd.get(), node, OTHERS,
+                       [&settings](const CCommonXmlPxdElementData& entry) {
+                           return TakeAttributes(entry, OTHER_ROWS, OTHER_COUNT_OF_OTHER,
+                                                 &settings.m_OtherList);
+                       });
 }
