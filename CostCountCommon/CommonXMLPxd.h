@@ -261,14 +261,15 @@ private:
     // SearchElement. The first step that leads neither to the first child of `start` nor from there
     // across, and each step after it, counts `*strays` down; at zero the search ends.
     void* Search(void* start, unsigned int tagId, unsigned long* strays, unsigned int* err);
-    // GetElementValueWithSearch, of the walk, with a limit as Search has it.
-    bool ReadValueInWalk(void* start, unsigned int tagId, unsigned long* strays, std::string* value,
-                         unsigned int* err);
+    // The first element of that tag in the walk, with a limit as Search has it, and an element,
+    // with what goes wrong printed as GetElementValueWithSearch prints it.
+    bool ReadInWalk(void* start, unsigned int tagId, unsigned long* strays,
+                    CCommonXmlPxdElementData* data, unsigned int* err);
+    bool ReadFound(void* element, unsigned int tagId, CCommonXmlPxdElementData* data,
+                   unsigned int* err);
     unsigned int CountPrinters(void* root, unsigned int* err);
     // GetElements that leaves nothing behind on failure and always tells why.
     bool ReadElements(void* parent, CCommonXmlPxdElementData** first, unsigned int* err);
-    // The text of an element, with what goes wrong printed.
-    bool ReadValueOf(void* element, unsigned int tagId, std::string* value, unsigned int* err);
     bool ReadElement(void* node, CCommonXmlPxdElementData* record, unsigned int* err);
 
     void* m_document = nullptr;

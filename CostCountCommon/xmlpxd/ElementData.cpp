@@ -169,38 +169,45 @@ bool CCommonXmlPxd::GetElementValueWithSearch(void* start, int tagId, bool child
         return false;
     }
     const auto tag = static_cast<unsigned int>(tagId);
+    CCommonXmlPxdElementData data;
     if (!childOnly) {
         unsigned long unlimited = std::numeric_limits<unsigned long>::max();
-        return ReadValueInWalk(start, tag, &unlimited, value, err);
+        if (!ReadInWalk(start, tag, &unlimited, &data, err)) {
+            return false;
+        }
+    } else {
+        const XmlNode element(*m_FunctionsXmlPxd, SearchParentElement(start, tag, err));
+        if (!element) {
+            Print("CCommonXmlPxd::GetDBSetting() ERROR: SearchParentElement(ElementID=%d)\n",
+                  tagId);
+            return false;
+        }
+        if (!ReadFound(element.Get(), tag, &data, err)) {
+            return false;
+        }
     }
-    const XmlNode element(*m_FunctionsXmlPxd, SearchParentElement(start, tag, err));
-    if (!element) {
-        Print("CCommonXmlPxd::GetDBSetting() ERROR: SearchParentElement(ElementID=%d)\n", tagId);
-        return false;
-    }
-    return ReadValueOf(element.Get(), tag, value, err);
+    value->swap(data.m_Values.front());
+    return true;
 }
 
-bool CCommonXmlPxd::ReadValueInWalk(void* start, unsigned int tagId, unsigned long* strays,
-                                    std::string* value, unsigned int* err) {
+bool CCommonXmlPxd::ReadInWalk(void* start, unsigned int tagId, unsigned long* strays,
+                               CCommonXmlPxdElementData* data, unsigned int* err) {
     const XmlNode element(*m_FunctionsXmlPxd, Search(start, tagId, strays, err));
     if (!element) {
         Print("CCommonXmlPxd::GetDBSetting() ERROR: SearchElement(ElementID=%d)\n",
               static_cast<int>(tagId));
         return false;
     }
-    return ReadValueOf(element.Get(), tagId, value, err);
+    return ReadFound(element.Get(), tagId, data, err);
 }
 
-bool CCommonXmlPxd::ReadValueOf(void* element, unsigned int tagId, std::string* value,
-                                unsigned int* err) {
-    CCommonXmlPxdElementData data;
-    if (!GetElementData(element, &data, err)) {
+bool CCommonXmlPxd::ReadFound(void* element, unsigned int tagId, CCommonXmlPxdElementData* data,
+                              unsigned int* err) {
+    if (!GetElementData(element, data, err)) {
         Print("CCommonXmlPxd::GetDBSetting() ERROR: GetElementData(ElementID=%d), err_code=%u\n",
               static_cast<int>(tagId), *err);
         return false;
     }
-    value->swap(data.m_Values.front());
     return true;
 }
 

@@ -51,6 +51,8 @@ public:
     XmlNode Text(const XmlNode& parent, const NewItem& row, const std::string& text,
                  XmlPxdValueKind kind = XMLPXD_MACHINE_TEXT) const;
     bool Attribute(const XmlNode& element, const NewItem& row, const std::string& value) const;
+    // Whether the catalogue has the tag.
+    bool IsKnown(const NewItem& row) const { return FindName(row) != nullptr; }
     // The name of a tag; null, with nothing printed, when the catalogue lacks it.
     const std::string* NameOf(unsigned int tag) const;
 

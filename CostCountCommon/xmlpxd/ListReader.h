@@ -83,7 +83,7 @@ public:
 
     // Gives each child element to use(element). `notRead`, unless null, is printed on failure.
     template <typename Use>
-    bool Children(const XmlNode& item, const char* notRead, Use use) const {
+    bool Children(const XmlNode& item, const char* notRead, Use use) {
         ElementChain elements(m_xml);
         if (!ReadChildren(item, notRead, &elements)) {
             return false;
@@ -96,16 +96,19 @@ public:
     }
 
 private:
-    // A value that an item lacks is looked for in the items after it. That must not keep anybody
-    // who reads a damaged file, in which each item lacks the same value, until the end of days.
-    static constexpr unsigned long MOST_STRAYS = 1'000'000;
+    // A value that an item lacks is looked for in the items after it, and items may lie within
+    // items: what a damaged file has once may be walked past and read for each item. How much of
+    // that is done for one list is limited, or such a file would keep its reader for hours.
+    static constexpr unsigned long LEAST_STRAYS = 1'000'000;
+    static constexpr unsigned long STRAYS_PER_ITEM = 8;
 
-    bool Receive(const XmlNode& list, const ListTexts& texts, std::vector<XmlNode>* items) const;
-    bool ReadChildren(const XmlNode& item, const char* notRead, ElementChain* elements) const;
+    void Spend(const CCommonXmlPxdElementData& element);
+    bool Receive(const XmlNode& list, const ListTexts& texts, std::vector<XmlNode>* items);
+    bool ReadChildren(const XmlNode& item, const char* notRead, ElementChain* elements);
 
     CCommonXmlPxd& m_xml;
     const XMLPXD_FUNCLIST* m_functions;
-    unsigned long m_strays = MOST_STRAYS;
+    unsigned long m_strays = LEAST_STRAYS;
 };
 
 // A step that reads a list.

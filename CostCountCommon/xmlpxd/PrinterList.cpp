@@ -16,12 +16,11 @@
 namespace {
 
 using xmlpxd::ElementWriter;
+using xmlpxd::FAILED;
 using xmlpxd::NamesRow;
 using xmlpxd::NewItem;
 
 constexpr const char* SOURCE = "CommonXmlPxd";
-
-constexpr unsigned int FAILED = 0xFFFFFFFF;
 
 constexpr const char* TEMPLATE = "/xmls/PrinterListBase.xml";
 
@@ -173,6 +172,9 @@ private:
     // The first empty name ends them, whatever later slots hold.
     bool WriteNames(const XmlNode& element, const CCommonPrinterInfo& printer) const {
         for (unsigned int slot = 0; slot < CCommonPrinterInfo::NAMES; ++slot) {
+            if (!m_writer.IsKnown(NAME.name)) {
+                return false;
+            }
             std::string name;
             std::string language;
             printer.GetPrinterName(&name, slot);
@@ -269,21 +271,24 @@ void ForEachAttribute(const CCommonXmlPxdElementData& element, Use use) {
     }
 }
 
+std::string TextOf(const CCommonXmlPxdElementData& element) {
+    return element.m_Values.empty() ? std::string() : element.m_Values.front();
+}
+
 void TakeName(const CCommonXmlPxdElementData& element, unsigned int slot,
               CCommonPrinterInfo& printer) {
-    printer.SetPrinterName(element.m_Values.front(), slot);
+    printer.SetPrinterName(TextOf(element), slot);
     // Only the first attribute may tell the language.
-    bool isFirst = true;
-    ForEachAttribute(element, [&](unsigned int tag, const std::string& value) {
-        if (isFirst && tag == XMLTAG_ATTR_LANG) {
-            printer.SetLanguage(value, slot);
-        }
-        isFirst = false;
-    });
+    const bool hasLanguage =
+        !element.m_AttributeNames.empty() && !element.m_AttributeNames.front().empty() &&
+        !element.m_AttributeIDs.empty() && element.m_AttributeIDs.front() == XMLTAG_ATTR_LANG;
+    if (hasLanguage && !element.m_AttributeValues.empty()) {
+        printer.SetLanguage(element.m_AttributeValues.front(), slot);
+    }
 }
 
 void TakePort(const CCommonXmlPxdElementData& element, CCommonPrinterInfo& printer) {
-    printer.SetPortNumber(element.m_Values.front());
+    printer.SetPortNumber(TextOf(element));
     std::string type;
     std::string hostName;
     ForEachAttribute(element, [&](unsigned int tag, const std::string& value) {
@@ -308,16 +313,12 @@ void TakeElements(const CCommonXmlPxdElementData& first, CCommonPrinterInfo& pri
     unsigned int slot = 0;
     for (const CCommonXmlPxdElementData* element = &first; element != nullptr;
          element = element->m_Next) {
-        if (element->m_Values.empty()) {
-            continue;  // no element that was read
-        }
         if (element->m_ElementID == XMLTAG_PRN_NAME) {
             TakeName(*element, slot++, printer);
         } else if (element->m_ElementID == XMLTAG_PRN_PORT) {
             TakePort(*element, printer);
-        } else if (!TakeRow(ROWS_BEFORE_PORT, element->m_ElementID, element->m_Values.front(),
-                            printer)) {
-            TakeRow(ROWS_AFTER_PORT, element->m_ElementID, element->m_Values.front(), printer);
+        } else if (!TakeRow(ROWS_BEFORE_PORT, element->m_ElementID, TextOf(*element), printer)) {
+            TakeRow(ROWS_AFTER_PORT, element->m_ElementID, TextOf(*element), printer);
         }
     }
 }
