@@ -17,6 +17,8 @@
 #include "host/common/Errors.h"
 #include "host/common/Printable.h"
 #include "host/common/StandardOutput.h"
+#include "host/data/PrintersCommand.h"
+#include "host/data/UserCommand.h"
 #include "host/info/PapersCommand.h"
 #include "host/info/PathsCommand.h"
 #include "host/input/RowSource.h"
@@ -47,6 +49,8 @@ constexpr auto ADD_COMMANDS = std::to_array<tallyquist::Command (*)(CLI::App&)>(
     tallyquist::AddPathsCommand,
     tallyquist::AddSettingsCommand,
     tallyquist::AddDbCommand,
+    tallyquist::AddPrintersCommand,
+    tallyquist::AddUserCommand,
 });
 
 // Sends the user to the help of the command at hand, or of the program when there is none.

@@ -1,0 +1,216 @@
+#include "host/data/PrintersCommand.h"
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "host/common/Errors.h"
+#include "host/common/Json.h"
+#include "host/common/Printable.h"
+#include "host/common/StandardOutput.h"
+#include "host/common/TextTable.h"
+#include "host/data/PrinterFields.h"
+#include "host/data/PrinterListFile.h"
+
+namespace tallyquist {
+namespace {
+
+struct PrintersOptions {
+    bool json = false;
+    bool showSecrets = false;
+    std::string serial;
+    PrinterArguments added;
+    PrinterArguments changed;
+};
+
+auto HasSerial(const std::string& serial) {
+    return
+        [&serial](const CCommonPrinterInfo& printer) { return SerialNumberOf(printer) == serial; };
+}
+
+[[noreturn]] void FailToFind(const PrinterListFile& file, const std::string& serial) {
+    throw CommandError(Visible(file.Path()) + ": no printer has the serial number " +
+                       Printable(serial));
+}
+
+// Two printers of one serial number cannot be told apart, so neither is taken.
+Printers::iterator Find(const PrinterListFile& file, Printers& printers,
+                        const std::string& serial) {
+    const auto count = std::count_if(printers.begin(), printers.end(), HasSerial(serial));
+    if (count == 0) {
+        FailToFind(file, serial);
+    }
+    if (count > 1) {
+        throw CommandError(Visible(file.Path()) + ": " + std::to_string(count) +
+                           " printers have the serial number " + Printable(serial) +
+                           "; 'tallyquist printers list' shows them");
+    }
+    return std::find_if(printers.begin(), printers.end(), HasSerial(serial));
+}
+
+void RefuseTwice(const PrinterListFile& file, const Printers& printers, const std::string& serial) {
+    if (std::any_of(printers.begin(), printers.end(), HasSerial(serial))) {
+        throw UsageError(Visible(file.Path()) + ": a printer has the serial number " +
+                         Printable(serial) + " already");
+    }
+}
+
+void Report(const PrinterListFile& file, const std::string& serial, const char* what) {
+    WriteStandardOutput(Visible(file.Path()) + ": " + Visible(serial) + what + "\n");
+}
+
+std::string AddressOf(const Json& port) {
+    const Json& address = port.at(port.at("host_name").is_null() ? "text" : "host_name");
+    const auto location = port.at("location_id").get<unsigned int>();
+    return address.get_ref<const std::string&>().empty() && location != 0
+               ? std::string("location ").append(std::to_string(location))
+               : address.get<std::string>();
+}
+
+std::string TextOf(const Printers& printers) {
+    TextTable table({"serial", "model", "name", "port", "address", "mac"});
+    for (const CCommonPrinterInfo& printer : printers) {
+        const Json json = JsonOf(printer, false);
+        table.Add({json.at("serial_number"), json.at("model_name"), ShownNameOf(printer),
+                   json.at("port").at("type"), AddressOf(json.at("port")), json.at("mac_address")});
+    }
+    return table.Text();
+}
+
+void ListPrinters(const PrintersOptions& options) {
+    PrinterListFile file;
+    const std::optional<Printers> printers = file.Read();
+    if (options.json) {
+        Json list = Json::array();
+        for (const CCommonPrinterInfo& printer : printers.value_or(Printers())) {
+            list.push_back(JsonOf(printer, options.showSecrets));
+        }
+        WriteJson({{"file", file.Path()},
+                   {"file_exists", printers.has_value()},
+                   {"printers", std::move(list)}});
+    } else if (!printers || printers->empty()) {
+        WriteStandardOutput(Visible(file.Path()) + (printers
+                                                        ? " holds no printers\n"
+                                                        : " does not exist yet: no printers\n"));
+    } else {
+        WriteStandardOutput(TextOf(*printers));
+    }
+}
+
+void ShowPrinter(const PrintersOptions& options) {
+    PrinterListFile file;
+    Printers printers = file.Read().value_or(Printers());
+    const CCommonPrinterInfo& printer = *Find(file, printers, options.serial);
+    if (options.json) {
+        WriteJson(JsonOf(printer, options.showSecrets));
+    } else {
+        WriteStandardOutput(TableOf(printer, options.showSecrets));
+    }
+}
+
+void AddPrinter(const PrintersOptions& options) {
+    CCommonPrinterInfo printer;
+    options.added.ApplyTo(printer);
+    const std::string serial = SerialNumberOf(printer);
+    PrinterListFile file;
+    file.Change([&](Printers& printers) {
+        RefuseTwice(file, printers, serial);
+        printers.push_back(printer);
+    });
+    Report(file, serial, " added");
+}
+
+// Changes a list that has the printer, if only because asking for one makes no folders.
+void ChangePrinter(
+    const PrintersOptions& options,
+    const std::function<void(PrinterListFile&, Printers&, Printers::iterator)>& change,
+    const char* what) {
+    PrinterListFile file;
+    if (!file.Read()) {
+        FailToFind(file, options.serial);
+    }
+    file.Change(
+        [&](Printers& printers) { change(file, printers, Find(file, printers, options.serial)); });
+    Report(file, options.serial, what);
+}
+
+void SetPrinter(const PrintersOptions& options) {
+    if (options.changed.IsEmpty()) {
+        throw UsageError("'set' needs an option that says what to change");
+    }
+    ChangePrinter(
+        options,
+        [&](const PrinterListFile& file, Printers& printers, Printers::iterator printer) {
+            CCommonPrinterInfo changed = *printer;
+            options.changed.ApplyTo(changed);
+            const std::string serial = SerialNumberOf(changed);
+            if (serial != options.serial) {
+                RefuseTwice(file, printers, serial);
+            }
+            *printer = changed;
+        },
+        " changed");
+}
+
+void RemovePrinter(const PrintersOptions& options) {
+    ChangePrinter(
+        options,
+        [](const PrinterListFile&, Printers& printers, Printers::iterator printer) {
+            printers.erase(printer);
+        },
+        " removed");
+}
+
+}  // namespace
+
+Command AddPrintersCommand(CLI::App& program) {
+    const auto options = std::make_shared<PrintersOptions>();
+    CLI::App* line =
+        AddCommandLine(program, "printers", "List or change the printers that are managed.");
+    line->require_subcommand(1);
+    const auto add = [&](const char* name, const char* meaning) {
+        CLI::App* command = AddCommandLine(*line, name, meaning);
+        command->footer("Exit codes: 0 done, 1 failed or no such printer, 2 wrong usage.");
+        return command;
+    };
+    const auto addReading = [&](const char* name, const char* meaning, const char* secrets) {
+        CLI::App* command = add(name, meaning);
+        command->add_flag("--json", options->json, "Print an object for programs.");
+        command->add_flag("--show-secrets", options->showSecrets, secrets);
+        return command;
+    };
+    const auto addSerial = [&](CLI::App* command) {
+        command->add_option("SERIAL", options->serial, "The printer's serial number.")
+            ->type_name("")
+            ->required()
+            ->check(NotEmpty());
+        return command;
+    };
+    const CLI::App* list = addReading("list", "List the printers.",
+                                      "With --json, print authentication information too.");
+    const CLI::App* show = addSerial(addReading("show", "Show all that is known of a printer.",
+                                                "Show authentication information too."));
+    CLI::App* added = add("add", "Add a printer to the list, which is made when missing.");
+    options->added.AddTo(*added, true);
+    CLI::App* set = addSerial(add("set",
+                                  "Change what is given of a printer. An empty value clears "
+                                  "a text."));
+    options->changed.AddTo(*set, false);
+    addSerial(add("remove", "Remove a printer from the list."));
+    return {line, [=] {
+                if (list->parsed()) {
+                    ListPrinters(*options);
+                } else if (show->parsed()) {
+                    ShowPrinter(*options);
+                } else if (added->parsed()) {
+                    AddPrinter(*options);
+                } else if (set->parsed()) {
+                    SetPrinter(*options);
+                } else {
+                    RemovePrinter(*options);
+                }
+            }};
+}
+
+}  // namespace tallyquist
