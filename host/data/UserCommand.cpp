@@ -1,10 +1,8 @@
 #include "host/data/UserCommand.h"
 
 #include <array>
-#include <cstdio>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "CostCountCommon/include/MacUtility.h"
 #include "CostCountCommon/xmlpxd/XmlNode.h"
