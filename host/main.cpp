@@ -17,6 +17,8 @@
 #include "host/common/Errors.h"
 #include "host/common/Printable.h"
 #include "host/common/StandardOutput.h"
+#include "host/data/CapsCommand.h"
+#include "host/data/CostsCommand.h"
 #include "host/data/PrintersCommand.h"
 #include "host/data/UserCommand.h"
 #include "host/info/PapersCommand.h"
@@ -50,6 +52,8 @@ constexpr auto ADD_COMMANDS = std::to_array<tallyquist::Command (*)(CLI::App&)>(
     tallyquist::AddSettingsCommand,
     tallyquist::AddDbCommand,
     tallyquist::AddPrintersCommand,
+    tallyquist::AddCostsCommand,
+    tallyquist::AddCapsCommand,
     tallyquist::AddUserCommand,
 });
 

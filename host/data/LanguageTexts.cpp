@@ -8,6 +8,21 @@
 namespace tallyquist {
 namespace {
 
+LanguageText Parse(const Argument& argument) {
+    CheckHeldByXml(argument);
+    const size_t equals = argument.text.find('=');
+    if (equals == std::string::npos) {
+        Refuse(argument, " is not LANG=TEXT, such as en=Plotter");
+    }
+    const std::string language = argument.text.substr(0, equals);
+    if (!IsLanguageCode(language)) {
+        Refuse({argument.option, language}, " is not a language code such as en or pt-BR");
+    }
+    return {language, argument.text.substr(equals + 1)};
+}
+
+}  // namespace
+
 // Parts of up to 8 letters and digits; the first is of letters, two at least.
 bool IsLanguageCode(const std::string& text) {
     constexpr size_t LONGEST_PART = 8;
@@ -28,21 +43,6 @@ bool IsLanguageCode(const std::string& text) {
     }
     return length >= (isFirst ? 2U : 1U);
 }
-
-LanguageText Parse(const Argument& argument) {
-    CheckHeldByXml(argument);
-    const size_t equals = argument.text.find('=');
-    if (equals == std::string::npos) {
-        Refuse(argument, " is not LANG=TEXT, such as en=Plotter");
-    }
-    const std::string language = argument.text.substr(0, equals);
-    if (!IsLanguageCode(language)) {
-        Refuse({argument.option, language}, " is not a language code such as en or pt-BR");
-    }
-    return {language, argument.text.substr(equals + 1)};
-}
-
-}  // namespace
 
 bool IsSameLanguage(const std::string& a, const std::string& b) {
     const auto folded = [](char c) { return c == '_' ? '-' : AsciiLower(c); };

@@ -11,6 +11,9 @@ struct LanguageText {
     std::string text;
 };
 
+// Such as en or pt-BR.
+bool IsLanguageCode(const std::string& text);
+
 // Whether two codes mean one language: they may differ in case and in the sign between their parts.
 bool IsSameLanguage(const std::string& a, const std::string& b);
 

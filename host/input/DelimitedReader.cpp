@@ -30,8 +30,8 @@ char SeparatorOf(std::string_view headerLine) {
 }
 
 DelimitedReader::DelimitedReader(std::unique_ptr<LineReader> lines, char separator,
-                                 const std::map<std::string, ColumnType>& types)
-    : m_lines(std::move(lines)) {
+                                 const std::map<std::string, ColumnType>& types, RowShape shape)
+    : m_lines(std::move(lines)), m_shape(shape) {
     if (csv_init(&m_parser, CSV_STRICT | CSV_STRICT_FINI) != 0) {
         throw std::bad_alloc();
     }
@@ -82,7 +82,8 @@ void DelimitedReader::ReadHeader(const std::map<std::string, ColumnType>& types)
     }
     std::set<std::string_view> seen;
     for (const std::string& name : header) {
-        if (!seen.insert(name).second) {
+        const bool mayRepeat = m_shape == RowShape::PADDED && name.empty();
+        if (!seen.insert(name).second && !mayRepeat) {
             Fail(m_readyLine, "two columns are named " + Printable(name));
         }
         const auto type = types.find(name);
@@ -148,6 +149,13 @@ bool DelimitedReader::ReadRow(Row& row) {
     return true;
 }
 
+void DelimitedReader::Pad(Row& row) const {
+    while (row.size() > m_columns.size() && row.back().empty()) {
+        row.pop_back();
+    }
+    row.resize(std::max(row.size(), m_columns.size()));
+}
+
 void DelimitedReader::CheckTyped(size_t column, std::string& value) const {
     if (value.empty()) {
         return;
@@ -175,6 +183,9 @@ bool DelimitedReader::Next(Record& record) {
         return false;
     }
     record.line = m_readyLine;
+    if (m_shape == RowShape::PADDED) {
+        Pad(record.values);
+    }
     if (record.values.size() != m_columns.size()) {
         Fail(m_readyLine, "the row has " + std::to_string(record.values.size()) +
                               " cells, but the header has " + std::to_string(m_columns.size()));

@@ -19,6 +19,13 @@ namespace tallyquist {
 // comma when there is none of them.
 char SeparatorOf(std::string_view headerLine);
 
+// How rows keep to the header.
+enum class RowShape {
+    EXACT,   // as many cells as the header has
+    PADDED,  // as spreadsheet programs write: columns may be without a name, rows end at their last
+             // cell with a text or go on with empty ones
+};
+
 // Cells may be quoted as RFC 4180 says, in both kinds of tables. Whatever is not exactly a table of
 // that form is refused rather than guessed at.
 class DelimitedReader : public RecordReader {
@@ -27,7 +34,8 @@ public:
 
     // Reads the header. `types` may name columns that this table does not have.
     DelimitedReader(std::unique_ptr<LineReader> lines, char separator,
-                    const std::map<std::string, ColumnType>& types);
+                    const std::map<std::string, ColumnType>& types,
+                    RowShape shape = RowShape::EXACT);
     ~DelimitedReader() override;
 
     // Takes a text that breaks off anywhere, such as the beginning of a file.
@@ -45,10 +53,12 @@ private:
     bool ReadRow(Row& row);
     void Feed();
     void Finish();
+    void Pad(Row& row) const;
     void CheckTyped(size_t column, std::string& value) const;
     [[noreturn]] void Fail(uint64_t line, const std::string& reason) const;
 
     std::unique_ptr<LineReader> m_lines;
+    RowShape m_shape;
     csv_parser m_parser{};
     std::vector<Column> m_columns;
     Line m_line;

@@ -1,0 +1,23 @@
+// Entries as a table of comma-separated values, one row each, for spreadsheet programs.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "host/data/Entries.h"
+#include "host/data/EntryValues.h"
+#include "host/data/FileKind.h"
+#include "host/input/LineReader.h"
+
+namespace tallyquist {
+
+// Reads a table as EntryTableText writes it, and as spreadsheet programs save it: with any of the
+// usual separators, in any order of columns and rows, with columns and rows that are empty. Throws
+// InputError, which names the input, the line and, where there is one, the column.
+Entries ReadEntryTable(std::unique_ptr<LineReader> lines, const FileKind& kind, DecimalMark mark);
+
+// The table, from which ReadEntryTable makes the same entries. A text that a spreadsheet program
+// would evaluate has an apostrophe in front.
+std::string EntryTableText(const Entries& entries, const FileKind& kind);
+
+}  // namespace tallyquist
