@@ -26,7 +26,7 @@ struct Costs {
 
 class UnitCost : public DataFile<Costs> {};
 
-const std::string HEAD = R"(<?xml version="1.0" encoding="UTF-8"?><mngprinter>)";
+const std::string HEAD = R"(<?xml version="1.0" encoding="UTF-8"?><mngprinter version="1.0">)";
 const std::string INK = "<Ink><InkID>1</InkID><InkCost>2</InkCost><rsv>3</rsv></Ink>";
 const std::string COSTS =
     HEAD + "<InkList>" + INK +
