@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -17,6 +16,7 @@
 #include "host/data/EntryValues.h"
 #include "host/data/KeepOriginal.h"
 #include "host/settings/FolderLock.h"
+#include "host/settings/SaveFault.h"
 #include "host/settings/SettingsFile.h"
 
 namespace tallyquist {
@@ -177,12 +177,26 @@ void DataFiles::Change(const std::string& name, Damaged damaged,
     change(changed);
     if (unchanged) {
         KeepOriginal(path, [&](const std::string& target) { Write(*unchanged, path, target); });
+    } else {
+        KeepDamaged(path);
     }
     Write(changed, path, path);
-    // The library does not tell of every failure.
-    if (Read(name) != changed) {
-        throw CommandError(Visible(path) + " could not be written as it should be");
+    CheckWritten(name, changed);
+}
+
+// The library does not tell of every failure.
+void DataFiles::CheckWritten(const std::string& name, const Entries& entries) {
+    std::string reason;
+    try {
+        if (Read(name) == entries) {
+            return;
+        }
+        reason = "it holds something else";
+    } catch (const CommandError& error) {
+        reason = error.what();
     }
+    throw CommandError(Visible(PathOf(name)) +
+                       " was written, but reading it again failed: " + reason);
 }
 
 void DataFiles::Write(const Entries& entries, const std::string& path, const std::string& target) {
@@ -191,12 +205,9 @@ void DataFiles::Write(const Entries& entries, const std::string& path, const std
         throw CommandError(Visible(base) + " is missing");
     }
     const LibraryOutput quiet;
-    // Where the system is the reason, the plug-in leaves the system's number as it is.
     errno = 0;
     if (!m_kind.write(m_xml, target, entries)) {
-        const int reason = errno;
-        throw CommandError("cannot write " + Visible(path) +
-                           (reason != 0 ? std::string(": ") + std::strerror(reason) : ""));
+        throw CannotWrite(path, errno);
     }
 }
 

@@ -36,11 +36,12 @@ public:
 
     // Reads, has the entries changed and writes them, all of it before anybody else's turn. A
     // missing file is made, with its folder. When `change` throws, or writing fails, the file stays
-    // as it was.
+    // as it was. What was written is read again; a failure of that says so.
     void Change(const std::string& name, Damaged damaged,
                 const std::function<void(Entries&)>& change);
 
 private:
+    void CheckWritten(const std::string& name, const Entries& entries);
     std::optional<Entries> ReadForChange(const std::string& name, Damaged damaged);
     std::string FindFault(const std::string& path, std::vector<unsigned int>* counts);
     std::string FindFaultInItem(void* item, const EntryKind& kind, unsigned int number);

@@ -48,10 +48,12 @@ std::optional<std::string> BytesOf(const std::string& path) {
     return file.is_open() && !file.bad() ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
-// The path of the copy.
+// The path of the copy, which is hidden: programs list the files of a folder.
 std::string Keep(const std::string& path, const std::string& bytes) {
+    const std::filesystem::path file(path);
     for (int number = 1;; ++number) {
-        std::string name = path + ".orig";
+        std::string name = file.parent_path().string();
+        name.append("/.").append(file.filename().string()).append(".orig");
         if (number > 1) {
             name.append(".").append(std::to_string(number));
         }
@@ -91,6 +93,18 @@ void KeepOriginal(const std::string& path,
                      "tallyquist: %s holds more than its records, or is laid out differently; the "
                      "former file is kept as %s\n",
                      Visible(path).c_str(), Visible(kept).c_str());
+    }
+}
+
+void KeepDamaged(const std::string& path) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) {
+        return;
+    }
+    const std::optional<std::string> original = BytesOf(path);
+    if (original && !original->empty()) {
+        std::fprintf(stderr, "tallyquist: %s cannot be read as it is; it is kept as %s\n",
+                     Visible(path).c_str(), Visible(Keep(path, *original)).c_str());
     }
 }
 

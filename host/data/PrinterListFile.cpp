@@ -1,7 +1,6 @@
 #include "host/data/PrinterListFile.h"
 
 #include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <memory>
 #include <utility>
@@ -13,6 +12,7 @@
 #include "host/common/Printable.h"
 #include "host/data/KeepOriginal.h"
 #include "host/settings/FolderLock.h"
+#include "host/settings/SaveFault.h"
 #include "host/settings/SettingsFile.h"
 
 namespace tallyquist {
@@ -152,7 +152,6 @@ void PrinterListFile::Change(const std::function<void(Printers&)>& change) {
 
 void PrinterListFile::Write(const Printers& printers, const std::string& target) {
     const LibraryOutput quiet;
-    // Where the system is the reason, the plug-in leaves the system's number as it is.
     errno = 0;
     if (m_xml.CreatePrinterListFile(target, printers) == printers.size()) {
         return;
@@ -163,8 +162,7 @@ void PrinterListFile::Write(const Printers& printers, const std::string& target)
     if (!SettingsFile::Open(m_xml, PRINTER_LIST, base)) {
         throw CommandError(Visible(base) + " is missing");
     }
-    throw CommandError("cannot write " + Visible(m_path) +
-                       (reason != 0 ? std::string(": ") + std::strerror(reason) : ""));
+    throw CannotWrite(m_path, reason);
 }
 
 }  // namespace tallyquist

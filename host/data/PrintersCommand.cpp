@@ -51,8 +51,8 @@ Printers::iterator Find(const PrinterListFile& file, Printers& printers,
 
 void RefuseTwice(const PrinterListFile& file, const Printers& printers, const std::string& serial) {
     if (std::any_of(printers.begin(), printers.end(), HasSerial(serial))) {
-        throw UsageError(Visible(file.Path()) + ": a printer has the serial number " +
-                         Printable(serial) + " already");
+        throw CommandError(Visible(file.Path()) + ": a printer has the serial number " +
+                           Printable(serial) + " already");
     }
 }
 

@@ -8,6 +8,7 @@
 
 #include "host/common/Errors.h"
 #include "host/common/Printable.h"
+#include "host/settings/SaveFault.h"
 #include "host/settings/XmlFault.h"
 
 namespace tallyquist {
@@ -133,12 +134,9 @@ void SettingsFile::Add(unsigned int tagId, const std::string& value) {
 }
 
 void SettingsFile::Save(const std::string& path) const {
-    // Where the system is the reason, the plug-in leaves the system's number as it is.
     errno = 0;
     if (m_xml->Parser().Save(m_document.Get(), path.c_str()) != XMLPXD_OK) {
-        const int reason = errno;
-        throw CommandError("cannot write " + Visible(path) +
-                           (reason != 0 ? std::string(": ") + std::strerror(reason) : ""));
+        throw CannotWrite(path, errno);
     }
 }
 

@@ -150,7 +150,7 @@ TEST_F(DataFileCommands, DamagedFilesAreToldOfAndLeftAlone) {
     EXPECT_EQ(nlohmann::json::array(), Shown("bad", "InkList"));
     WriteFile(m_costs + "own", "<!-- mine -->" + m_small);
     EXPECT_NE("", RunTallyquist("costs set own ink C 2", "/").err);
-    EXPECT_EQ("<!-- mine -->" + m_small, ReadFile(m_costs + "own.orig"));
+    EXPECT_EQ("<!-- mine -->" + m_small, ReadFile(m_costs + ".own.orig"));
     EXPECT_EQ("2", Shown("own", "InkList")[0]["InkCost"]);
 }
 

@@ -65,8 +65,6 @@ TEST_F(PrintersCommand, RefusesWhatMakesNoSense) {
     const std::map<std::string, std::string> refused{
         {"set B", "'set' needs an option that says what to change"},
         {"set B --serial ''", "--serial: must not be empty"},
-        {"add --port-type usb --serial B",
-         m_file + ": a printer has the serial number 'B' already"},
         {"add --port-type bonjour --serial C", "--port is needed: a bonjour port has a host name"},
         {"set B --port-type USB", "--port-type: 'USB' is not one of usb, ipv4, ipv6, bonjour"},
         {"set B --location-id -1", "--location-id: '-1' is not a number from 0 to 4294967295"},
@@ -81,6 +79,8 @@ TEST_F(PrintersCommand, RefusesWhatMakesNoSense) {
     for (const auto& [arguments, message] : refused) {
         ExpectFailure(2, "printers " + arguments, message);
     }
+    ExpectFailure(1, "printers add --port-type usb --serial B",
+                  m_file + ": a printer has the serial number 'B' already");
     ExpectFailure(1, "printers set X --model m", m_file + ": no printer has the serial number 'X'");
     // A full disk.
     ExpectFailure(1,
@@ -113,13 +113,14 @@ TEST_F(PrintersCommand, AddsAtOnceAreAllKeptAndOriginalsThatHoldMore) {
                   " printers add --serial $serial --port-type usb & done; wait",
                   "/");
     EXPECT_EQ(8U, Json("printers list")["printers"].size());
-    for (const std::string kept : {".orig", ".orig.2"}) {
-        EXPECT_EQ("", ErrorsOf("set A --model m" + kept));
-        const std::string edited = ReadFile(m_file) + "<!-- " + kept + " -->\n";
+    for (const std::string end : {".orig", ".orig.2"}) {
+        const std::string kept = m_dataFolder + "/.printer_list.xml" + end;
+        EXPECT_EQ("", ErrorsOf("set A --model m" + end));
+        const std::string edited = ReadFile(m_file) + "<!-- " + end + " -->\n";
         for (int i = 0; i < 2; ++i) {  // the second time it is there already
             WriteFile(m_file, edited);
-            EXPECT_TRUE(ErrorsOf("set A --regist 1").ends_with(" kept as " + m_file + kept + "\n"));
-            EXPECT_EQ(edited, ReadFile(m_file + kept));
+            EXPECT_TRUE(ErrorsOf("set A --regist 1").ends_with(" kept as " + kept + "\n"));
+            EXPECT_EQ(edited, ReadFile(kept));
         }
     }
     EXPECT_EQ(3U, NamesIn(m_dataFolder).size());
