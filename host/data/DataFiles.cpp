@@ -186,17 +186,15 @@ void DataFiles::Change(const std::string& name, Damaged damaged,
 
 // The library does not tell of every failure.
 void DataFiles::CheckWritten(const std::string& name, const Entries& entries) {
-    std::string reason;
+    std::optional<Entries> written;
     try {
-        if (Read(name) == entries) {
-            return;
-        }
-        reason = "it holds something else";
+        written = Read(name);
     } catch (const CommandError& error) {
-        reason = error.what();
+        throw CommandError(std::string("reading what was written failed: ").append(error.what()));
     }
-    throw CommandError(Visible(PathOf(name)) +
-                       " was written, but reading it again failed: " + reason);
+    if (written != entries) {
+        throw CommandError(Visible(PathOf(name)) + " could not be written as it should be");
+    }
 }
 
 void DataFiles::Write(const Entries& entries, const std::string& path, const std::string& target) {

@@ -146,7 +146,8 @@ TEST_F(DataFileCommands, DamagedFilesAreToldOfAndLeftAlone) {
         EXPECT_TRUE(list.out.ends_with("\nbad   -    -      -      damaged\n")) << list.out;
         EXPECT_EQ("tallyquist: " + m_costs + "bad" + fault + "\n", list.err);
     }
-    Run("import --force bad " + Table("kind\n"));
+    const ProgramRun forced = RunTallyquist("costs import --force bad " + Table("kind\n"), "/");
+    EXPECT_TRUE(forced.err.ends_with(" kept as " + m_costs + ".bad.orig\n")) << forced.err;
     EXPECT_EQ(nlohmann::json::array(), Shown("bad", "InkList"));
     WriteFile(m_costs + "own", "<!-- mine -->" + m_small);
     EXPECT_NE("", RunTallyquist("costs set own ink C 2", "/").err);
