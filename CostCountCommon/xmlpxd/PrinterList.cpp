@@ -271,8 +271,9 @@ void ForEachAttribute(const CCommonXmlPxdElementData& element, Use use) {
     }
 }
 
-std::string TextOf(const CCommonXmlPxdElementData& element) {
-    return element.m_Values.empty() ? std::string() : element.m_Values.front();
+const std::string& TextOf(const CCommonXmlPxdElementData& element) {
+    static const std::string NONE;
+    return element.m_Values.empty() ? NONE : element.m_Values.front();
 }
 
 void TakeName(const CCommonXmlPxdElementData& element, unsigned int slot,
