@@ -167,33 +167,43 @@ bool LineReader::AppendUntilLineFeed(Line& line) {
     return feed != nullptr;
 }
 
+// False at the end.
+bool LineReader::HasBytes() {
+    if (m_begin == m_end) {
+        Fill();
+    }
+    return m_begin != m_end;
+}
+
 bool LineReader::Next(Line& line) {
     if (!m_started) {
         SkipByteOrderMark();
     }
     line.text.clear();
-    line.tooLong = false;
     line.end = {};
     line.number = m_lines + 1;
-    bool any = false;
-    for (;;) {
-        if (m_begin == m_end) {
-            Fill();
-            if (m_begin == m_end) {
-                m_lines += any ? 1 : 0;
-                return any;
-            }
-        }
-        any = true;
-        if (AppendUntilLineFeed(line)) {
-            break;
-        }
+    line.tooLong = m_isRestLeft;
+    while (m_isRestLeft && HasBytes()) {
+        m_isRestLeft = !AppendUntilLineFeed(line);
+    }
+    line.tooLong = false;
+    if (!HasBytes()) {
+        return false;
     }
     ++m_lines;
-    line.end = "\n";
-    if (line.text.ends_with('\r')) {
-        line.text.pop_back();
-        line.end = "\r\n";
+    while (HasBytes()) {
+        if (AppendUntilLineFeed(line)) {
+            line.end = "\n";
+            if (line.text.ends_with('\r')) {
+                line.text.pop_back();
+                line.end = "\r\n";
+            }
+            return true;
+        }
+        if (line.tooLong) {
+            m_isRestLeft = true;
+            return true;
+        }
     }
     return true;
 }

@@ -39,6 +39,8 @@ public:
     // Whether Peek showed the whole input.
     bool PeekedAll() const { return m_atEnd; }
 
+    // A line that is too long is told as soon as it is, since it may never end; the next call skips
+    // the rest of it.
     bool Next(Line& line);
 
     // How much of the file was read, as it lies on the disk.
@@ -50,6 +52,7 @@ private:
     };
 
     void Fill();
+    bool HasBytes();
     void SkipByteOrderMark();
     bool AppendUntilLineFeed(Line& line);
     [[noreturn]] void Fail(const std::string& reason) const;
@@ -61,6 +64,7 @@ private:
     size_t m_end = 0;
     bool m_started = false;
     bool m_atEnd = false;
+    bool m_isRestLeft = false;  // of a line that is too long
     uint64_t m_lines = 0;
     uint64_t m_bytesRead = 0;
 };

@@ -103,6 +103,7 @@ TEST_F(DataFileCommands, NamesThePlaceOfAMistakeInATable) {
     const std::string path = Table("kind;id;cost\nink;C;1.234\n");
     ExpectFailure(1, "costs import p " + path + " --decimal-comma",
                   path + ":2: column 'cost': '1.234' is no plain number such as 12,5");
+    ExpectFailure(1, "costs import p /dev/zero", "/dev/zero:1: the line is longer than 1 MiB");
     EXPECT_TRUE(fs::is_empty(m_costs));
 }
 
