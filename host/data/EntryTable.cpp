@@ -43,9 +43,21 @@ bool IsPrefixNoCase(std::string_view text, std::string_view prefix) {
     return IsEqualAsciiNoCase(text.substr(0, prefix.size()), prefix);
 }
 
-// The first separator outside quotes: what stands in the header's own texts is none. A table with
-// one column has none.
+// What the first line tells, when it is one such as "sep=;" that is no part of the table.
+std::optional<char> ToldSeparator(std::string_view text) {
+    constexpr std::string_view PREFIX = "sep=";
+    std::string_view line = text.substr(0, text.find('\n'));
+    line = line.substr(0, line.find('\r'));
+    const bool isTold =
+        line.size() == PREFIX.size() + 1 && IsPrefixNoCase(line, PREFIX) && !line.ends_with('"');
+    return isTold ? std::optional(line.back()) : std::nullopt;
+}
+
+// The first separator outside quotes in the first line that has any text, which is the header: what
+// stands in its texts is none. A table with one column has none.
 char SeparatorIn(std::string_view text) {
+    const size_t start = std::min(text.find_first_not_of(",;\t\"\r\n"), text.size());
+    text.remove_prefix(text.substr(0, start).rfind('\n') + 1);
     bool isQuoted = false;
     for (const char c : text.substr(0, text.find('\n'))) {
         isQuoted ^= c == '"';
@@ -68,7 +80,13 @@ class EntryTableReader {
 public:
     EntryTableReader(std::unique_ptr<LineReader> lines, const FileKind& kind, DecimalMark mark)
         : m_name(lines->Name()), m_kind(kind), m_kinds(kind.entryKinds), m_mark(mark) {
-        const char separator = SeparatorIn(lines->Peek());
+        const std::string_view beginning = lines->Peek();
+        const std::optional<char> told = ToldSeparator(beginning);
+        const char separator = told ? *told : SeparatorIn(beginning);
+        if (told) {
+            Line passedOver;
+            lines->Next(passedOver);
+        }
         m_table.emplace(std::move(lines), separator, std::map<std::string, ColumnType>{},
                         RowShape::PADDED);
         ReadHeader();
@@ -76,11 +94,7 @@ public:
 
     Entries ReadAll() {
         while (m_table->Next(m_record)) {
-            const Row& row = m_record.values;
-            if (std::any_of(row.begin(), row.end(),
-                            [](const auto& cell) { return !cell.empty(); })) {
-                ReadRow();
-            }
+            ReadRow();
         }
         Complete(m_entries, m_kinds);
         std::stable_sort(m_entries.begin(), m_entries.end(),
@@ -95,6 +109,9 @@ private:
                              .append(std::to_string(line))
                              .append(": ")
                              .append(reason));
+    }
+    [[noreturn]] void FailInHeader(const std::string& reason) const {
+        Fail(m_table->RowLine(), reason);
     }
     [[noreturn]] void FailInColumn(const std::string& column, const std::string& reason) const {
         Fail(m_record.line,
@@ -134,7 +151,7 @@ void EntryTableReader::ReadHeader() {
         AddColumn(column.name);
     }
     if (!m_columns.contains(KIND)) {
-        Fail(1, "the header has no column 'kind'");
+        FailInHeader("the header has no column 'kind'");
     }
 }
 
@@ -150,19 +167,20 @@ void EntryTableReader::AddColumn(const std::string& title) {
         // Files have language codes in one spelling, so their case is kept.
         const std::string language = title.substr(NAME_PREFIX.size());
         if (!IsLanguageCode(language)) {
-            Fail(1, std::string("column ")
-                        .append(Printable(title))
-                        .append(": a language code such as en or pt-BR is wanted"));
+            FailInHeader(std::string("column ")
+                             .append(Printable(title))
+                             .append(": a language code such as en or pt-BR is wanted"));
         }
         m_languages.emplace_back(language, at);
         name = std::string(NAME_PREFIX).append(language);
     } else if (!IsColumn(name)) {
-        Fail(1, std::string("unknown column ")
-                    .append(Printable(title))
-                    .append(IsUtf8(title) ? "" : ", which is not UTF-8; save the table as UTF-8"));
+        FailInHeader(
+            std::string("unknown column ")
+                .append(Printable(title))
+                .append(IsUtf8(title) ? "" : ", which is not UTF-8; save the table as UTF-8"));
     }
     if (!m_columns.emplace(name, at).second) {
-        Fail(1, std::string("two columns are named ").append(Printable(name)));
+        FailInHeader(std::string("two columns are named ").append(Printable(name)));
     }
 }
 

@@ -77,7 +77,7 @@ void DelimitedReader::OnRowEnd(int /*terminator*/, void* self) {
 
 void DelimitedReader::ReadHeader(const std::map<std::string, ColumnType>& types) {
     Row header;
-    if (!ReadRow(header)) {
+    if (!ReadFilledRow(header)) {
         throw InputError(m_lines->Name() + ": is empty; a table needs a header line");
     }
     std::set<std::string_view> seen;
@@ -149,6 +149,16 @@ bool DelimitedReader::ReadRow(Row& row) {
     return true;
 }
 
+bool DelimitedReader::ReadFilledRow(Row& row) {
+    const auto isEmpty = [](const std::string& cell) { return cell.empty(); };
+    do {
+        if (!ReadRow(row)) {
+            return false;
+        }
+    } while (m_shape == RowShape::PADDED && std::all_of(row.begin(), row.end(), isEmpty));
+    return true;
+}
+
 void DelimitedReader::Pad(Row& row) const {
     while (row.size() > m_columns.size() && row.back().empty()) {
         row.pop_back();
@@ -179,10 +189,11 @@ void DelimitedReader::CheckTyped(size_t column, std::string& value) const {
 
 bool DelimitedReader::Next(Record& record) {
     record.onePage.reset();
-    if (!ReadRow(record.values)) {
+    if (!ReadFilledRow(record.values)) {
         return false;
     }
     record.line = m_readyLine;
+    m_cellsGiven = record.values.size();
     if (m_shape == RowShape::PADDED) {
         Pad(record.values);
     }

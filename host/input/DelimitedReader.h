@@ -23,7 +23,8 @@ char SeparatorOf(std::string_view headerLine);
 enum class RowShape {
     EXACT,   // as many cells as the header has
     PADDED,  // as spreadsheet programs write: columns may be without a name, rows end at their last
-             // cell with a text or go on with empty ones
+             // cell with a text or go on with empty ones, rows of nothing but separators, which are
+             // passed over, may stand anywhere
 };
 
 // Cells may be quoted as RFC 4180 says, in both kinds of tables. Whatever is not exactly a table of
@@ -43,6 +44,10 @@ public:
 
     const std::vector<Column>& Columns() const { return m_columns; }
     bool Next(Record& record) override;
+    // Where the row that was read last began; the header before the first Next.
+    uint64_t RowLine() const { return m_readyLine; }
+    // How many cells the row that was read last has of its own.
+    size_t CellsGiven() const { return m_cellsGiven; }
     uint64_t BytesRead() const override { return m_lines->BytesRead(); }
 
 private:
@@ -51,6 +56,7 @@ private:
 
     void ReadHeader(const std::map<std::string, ColumnType>& types);
     bool ReadRow(Row& row);
+    bool ReadFilledRow(Row& row);
     void Feed();
     void Finish();
     void Pad(Row& row) const;
@@ -67,6 +73,7 @@ private:
     uint64_t m_rowLine = 1;    // where the current row began
     uint64_t m_readyLine = 1;  // where the rows that wait began
     size_t m_rowBytes = 0;
+    size_t m_cellsGiven = 0;
     bool m_inRow = false;
     bool m_ended = false;
     bool m_openEnd = false;

@@ -71,7 +71,10 @@ TEST_F(DataFileCommands, ReadsWhatSpreadsheetProgramsSave) {
         {"Kind;ID;Cost;Width;Size_ID;Name:de;;\nMedia;p;12;210;A4;;;\n;;;;;;;\n"
          "Extra;e;1,25;;;\"ü, \"\"x\"\"\"\nInk;C;0,5\n;;;;;;;\n",
          " --decimal-comma"},
-        {"kind\tcost\tid\tsize_id\twidth\tname:de\nink\t0.5\tC\nmedia\t12\tp\tA4\t210\n"
+        {"sep=|\r\n|\nkind|id|size_id|width|cost|name:de\nink|C|||0.5\nmedia|p|A4|210|12\n"
+         "extra|e|||1.25|\"ü, \"\"x\"\"\"\n",
+         ""},
+        {"\t\t\n\nkind\tcost\tid\tsize_id\twidth\tname:de\nink\t0.5\tC\nmedia\t12\tp\tA4\t210\n"
          "extra\t1.25\te\t\t\t\"ü, \"\"x\"\"\"",
          ""}};
     for (const auto& [table, options] : tables) {
@@ -83,7 +86,7 @@ TEST_F(DataFileCommands, ReadsWhatSpreadsheetProgramsSave) {
 
 TEST_F(DataFileCommands, NamesThePlaceOfAMistakeInATable) {
     const std::pair<std::string, std::string> tables[] = {
-        {"id,cost\n", "1: the header has no column 'kind'"},
+        {";;\n\nid;cost\n", "3: the header has no column 'kind'"},
         {"kind,id,cost\nink,C,1\nink,C,2\n", "3: column 'id': ink 'C' stands in line 2 already"},
         {"kind\nx\n", "2: column 'kind': 'x' is no kind; there are ink, media, extra, hidden"},
         {"kind,calc\nink,x\n", "2: column 'calc': 'x' has no place in a row of kind ink"},
