@@ -151,15 +151,32 @@ struct ImportOptions {
     bool force = false;
 };
 
+// Whether a list has any entry.
+bool HasListed(const Entries& entries) {
+    return std::any_of(entries.begin(), entries.end(),
+                       [](const Entry& entry) { return entry.kind->IsList(); });
+}
+
 void ImportTable(const FileKind& kind, const ImportOptions& options) {
     DataFiles files(kind);
     const std::string path = files.PathOf(options.name);
-    const Entries entries =
+    const TableContents table =
         ReadEntryTable(std::make_unique<LineReader>(options.table), kind,
                        options.decimalComma ? DecimalMark::COMMA : DecimalMark::POINT);
-    files.Change(options.name, options.force ? Damaged::REPLACE : Damaged::REFUSE,
-                 [&](Entries& changed) { changed = entries; });
-    WriteStandardOutput(Visible(path) + ": " + CountsOf(entries, kind.entryKinds) + "\n");
+    files.Change(
+        options.name, options.force ? Damaged::REPLACE : Damaged::REFUSE, [&](Entries& changed) {
+            if (!options.force && !HasListed(table.entries) && HasListed(changed)) {
+                throw CommandError(Visible(InputName(options.table)) + " has no entries, but " +
+                                   Visible(path) + " has: " + CountsOf(changed, kind.entryKinds) +
+                                   "; to remove them all, import with --force");
+            }
+            changed = table.entries;
+        });
+    if (!table.emptyNumbers.empty()) {
+        std::fprintf(stderr, "tallyquist: %s\n", Visible(table.emptyNumbers).c_str());
+    }
+    WriteStandardOutput(Visible(path) + ": imported: " + CountsOf(table.entries, kind.entryKinds) +
+                        "\n");
 }
 
 // --- export ---
@@ -193,8 +210,9 @@ void TellOfTroubleOnImport(const std::string& text, const std::string& name, con
                            const FileKind& kind) {
     std::string trouble;
     try {
-        if (ReadEntryTable(std::make_unique<LineReader>(name, text), kind, DecimalMark::POINT) !=
-            entries) {
+        const auto table =
+            ReadEntryTable(std::make_unique<LineReader>(name, text), kind, DecimalMark::POINT);
+        if (table.entries != entries) {
             trouble = name + " does not give the same entries";
         }
     } catch (const InputError& error) {
@@ -271,7 +289,8 @@ Command AddImportCommand(CLI::App& parent, const FileKind& kind, const char* col
         ->check(NotEmpty());
     line->add_flag("--decimal-comma", options->decimalComma,
                    "Numbers have a decimal comma: 12,5 is read as 12.5.");
-    line->add_flag("--force", options->force, "Replace also a file that cannot be read.");
+    line->add_flag("--force", options->force,
+                   "Replace also a file that cannot be read, and a list by an empty one.");
     line->footer(std::string(columns).append("\n").append(EXIT_CODES));
     return {line, [options, &kind] { ImportTable(kind, *options); }};
 }

@@ -76,6 +76,10 @@ std::string NamesOf(EntryKinds kinds) {
     return names;
 }
 
+std::string InColumn(const std::string& column) {
+    return std::string("column ").append(Printable(column)).append(": ");
+}
+
 class EntryTableReader {
 public:
     EntryTableReader(std::unique_ptr<LineReader> lines, const FileKind& kind, DecimalMark mark)
@@ -92,40 +96,43 @@ public:
         ReadHeader();
     }
 
-    Entries ReadAll() {
+    TableContents ReadAll() {
         while (m_table->Next(m_record)) {
             ReadRow();
         }
         Complete(m_entries, m_kinds);
         std::stable_sort(m_entries.begin(), m_entries.end(),
                          [](const Entry& a, const Entry& b) { return a.kind < b.kind; });
-        return std::move(m_entries);
+        if (m_emptyNumbers > 0) {
+            m_firstEmptyNumber.append("; empty ones in all: ")
+                .append(std::to_string(m_emptyNumbers));
+        }
+        return {std::move(m_entries), std::move(m_firstEmptyNumber)};
     }
 
 private:
+    std::string Place(uint64_t line) const {
+        return std::string(m_name).append(":").append(std::to_string(line)).append(": ");
+    }
     [[noreturn]] void Fail(uint64_t line, const std::string& reason) const {
-        throw InputError(std::string(m_name)
-                             .append(":")
-                             .append(std::to_string(line))
-                             .append(": ")
-                             .append(reason));
+        throw InputError(Place(line).append(reason));
     }
     [[noreturn]] void FailInHeader(const std::string& reason) const {
         Fail(m_table->RowLine(), reason);
     }
     [[noreturn]] void FailInColumn(const std::string& column, const std::string& reason) const {
-        Fail(m_record.line,
-             std::string("column ").append(Printable(column)).append(": ").append(reason));
+        Fail(m_record.line, InColumn(column).append(reason));
     }
 
     void ReadHeader();
     void AddColumn(const std::string& title);
+    void AddLanguage(const std::string& title, size_t at);
     bool IsColumn(const std::string& name) const;
     void ReadRow();
     const EntryKind& KindOfRow() const;
     void RefuseStrayCells(const EntryKind& kind) const;
     std::string CheckedCell(size_t column) const;
-    std::string ReadValue(const EntryKind& kind, const Field& field) const;
+    std::string ReadValue(const EntryKind& kind, const Field& field);
     void RefuseSecond(const Entry& entry);
 
     std::string m_name;
@@ -138,6 +145,8 @@ private:
     std::vector<std::pair<std::string, size_t>> m_languages;
     Record m_record;
     Entries m_entries;
+    std::string m_firstEmptyNumber;
+    uint64_t m_emptyNumbers = 0;
     std::map<std::pair<const EntryKind*, std::vector<std::string>>, uint64_t> m_lines;  // by ids
 };
 
@@ -161,19 +170,13 @@ void EntryTableReader::AddColumn(const std::string& title) {
     if (title.empty()) {
         return;
     }
+    if (IsPrefixNoCase(title, NAME_PREFIX)) {
+        AddLanguage(title, at);
+        return;
+    }
     std::string name = title;
     std::transform(name.begin(), name.end(), name.begin(), AsciiLower);
-    if (IsPrefixNoCase(title, NAME_PREFIX)) {
-        // Files have language codes in one spelling, so their case is kept.
-        const std::string language = title.substr(NAME_PREFIX.size());
-        if (!IsLanguageCode(language)) {
-            FailInHeader(std::string("column ")
-                             .append(Printable(title))
-                             .append(": a language code such as en or pt-BR is wanted"));
-        }
-        m_languages.emplace_back(language, at);
-        name = std::string(NAME_PREFIX).append(language);
-    } else if (!IsColumn(name)) {
+    if (!IsColumn(name)) {
         FailInHeader(
             std::string("unknown column ")
                 .append(Printable(title))
@@ -182,6 +185,24 @@ void EntryTableReader::AddColumn(const std::string& title) {
     if (!m_columns.emplace(name, at).second) {
         FailInHeader(std::string("two columns are named ").append(Printable(name)));
     }
+}
+
+// Files have language codes in one spelling, so their case is kept.
+void EntryTableReader::AddLanguage(const std::string& title, size_t at) {
+    const std::string language = title.substr(NAME_PREFIX.size());
+    if (!IsLanguageCode(language)) {
+        FailInHeader(InColumn(title).append("a language code such as en or pt-BR is wanted"));
+    }
+    for (const auto& [earlier, column] : m_languages) {
+        if (IsSameLanguage(earlier, language)) {
+            FailInHeader(std::string("the columns ")
+                             .append(Printable(m_titles[column]))
+                             .append(" and ")
+                             .append(Printable(title))
+                             .append(" are of one language"));
+        }
+    }
+    m_languages.emplace_back(language, at);
 }
 
 // The text of a cell, after the checks that no kind matters for.
@@ -229,7 +250,7 @@ void EntryTableReader::RefuseStrayCells(const EntryKind& kind) const {
     }
 }
 
-std::string EntryTableReader::ReadValue(const EntryKind& kind, const Field& field) const {
+std::string EntryTableReader::ReadValue(const EntryKind& kind, const Field& field) {
     const auto column = m_columns.find(field.column);
     if (column == m_columns.end()) {
         if (field.use == NEEDED) {
@@ -238,10 +259,20 @@ std::string EntryTableReader::ReadValue(const EntryKind& kind, const Field& fiel
         }
         return {};
     }
+    const std::string& title = m_titles[column->second];
+    if (field.use == NEEDED && column->second >= m_table->CellsGiven()) {
+        FailInColumn(
+            title,
+            std::string("the row ends before it, but ").append(kind.name).append(" needs it"));
+    }
     std::string value = CheckedCell(column->second);
     const std::string fault = AdoptValue(field, m_mark, &value);
     if (!fault.empty()) {
-        FailInColumn(m_titles[column->second], fault);
+        FailInColumn(title, fault);
+    }
+    if (field.use == NEEDED && field.type == FieldType::NUMBER && value.empty() &&
+        m_emptyNumbers++ == 0) {
+        m_firstEmptyNumber = Place(m_record.line).append(InColumn(title)).append("is empty");
     }
     return value;
 }
@@ -318,7 +349,8 @@ std::string CellOf(const Entry& entry, std::string_view column) {
 
 }  // namespace
 
-Entries ReadEntryTable(std::unique_ptr<LineReader> lines, const FileKind& kind, DecimalMark mark) {
+TableContents ReadEntryTable(std::unique_ptr<LineReader> lines, const FileKind& kind,
+                             DecimalMark mark) {
     return EntryTableReader(std::move(lines), kind, mark).ReadAll();
 }
 

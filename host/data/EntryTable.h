@@ -11,10 +11,18 @@
 
 namespace tallyquist {
 
+struct TableContents {
+    Entries entries;
+    // Where the first needed number is that is there but empty, as it may be in files, and how many
+    // there are; empty when there are none.
+    std::string emptyNumbers;
+};
+
 // Reads a table as EntryTableText writes it, and as spreadsheet programs save it: with any of the
 // usual separators, in any order of columns and rows, with columns and rows that are empty. Throws
 // InputError, which names the input, the line and, where there is one, the column.
-Entries ReadEntryTable(std::unique_ptr<LineReader> lines, const FileKind& kind, DecimalMark mark);
+TableContents ReadEntryTable(std::unique_ptr<LineReader> lines, const FileKind& kind,
+                             DecimalMark mark);
 
 // The table, from which ReadEntryTable makes the same entries. A text that a spreadsheet program
 // would evaluate has an apostrophe in front.

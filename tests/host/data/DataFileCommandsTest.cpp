@@ -87,6 +87,10 @@ TEST_F(DataFileCommands, ReadsWhatSpreadsheetProgramsSave) {
 TEST_F(DataFileCommands, NamesThePlaceOfAMistakeInATable) {
     const std::pair<std::string, std::string> tables[] = {
         {";;\n\nid;cost\n", "3: the header has no column 'kind'"},
+        {"kind,Name:pt_br,name:pt-BR\n",
+         "1: the columns 'Name:pt_br' and 'name:pt-BR' are of one language"},
+        {"kind,id,cost\nextra,e\nink,C\n",
+         "3: column 'cost': the row ends before it, but ink needs it"},
         {"kind,id,cost\nink,C,1\nink,C,2\n", "3: column 'id': ink 'C' stands in line 2 already"},
         {"kind\nx\n", "2: column 'kind': 'x' is no kind; there are ink, media, extra, hidden"},
         {"kind,calc\nink,x\n", "2: column 'calc': 'x' has no place in a row of kind ink"},
@@ -108,6 +112,19 @@ TEST_F(DataFileCommands, NamesThePlaceOfAMistakeInATable) {
                   path + ":2: column 'cost': '1.234' is no plain number such as 12,5");
     ExpectFailure(1, "costs import p /dev/zero", "/dev/zero:1: the line is longer than 1 MiB");
     EXPECT_TRUE(fs::is_empty(m_costs));
+}
+
+TEST_F(DataFileCommands, TellsOfEmptyCostsAndEmptiesNoListUnasked) {
+    const std::string path = Table("kind,id,cost\nink,C,1\nink,M,\nextra,e,\nink,Y,\n");
+    const ProgramRun run = RunTallyquist("costs import p " + path, "/");
+    EXPECT_EQ(m_costs + "p: imported: ink 3, media 0, extra 1\n", run.out);
+    EXPECT_EQ("tallyquist: " + path + ":3: column 'cost': is empty; empty ones in all: 2\n",
+              run.err);
+    const std::string before = ReadFile(m_costs + "p");
+    ExpectFailure(1, "costs import p " + Table("kind,number\nhidden,1\n"),
+                  path + " has no entries, but " + m_costs +
+                      "p has: ink 3, media 0, extra 1; to remove them all, import with --force");
+    EXPECT_EQ(before, ReadFile(m_costs + "p"));
 }
 
 TEST_F(DataFileCommands, SetChangesOneEntryAndRefusesNonsense) {
@@ -174,7 +191,8 @@ TEST_F(DataFileCommands, NothingIsLostAtOnceOrOnAFullDisk) {
 }
 
 TEST_F(DataFileCommands, CapsAreImportedAndShown) {
-    EXPECT_EQ(m_caps + "X: ink 1, media_type 1, media_size 1\n", RunTallyquist(m_import, "/").out);
+    EXPECT_EQ(m_caps + "X: imported: ink 1, media_type 1, media_size 1\n",
+              RunTallyquist(m_import, "/").out);
     EXPECT_EQ(
         "ink  color  tank\nC    cyan   2\n\nmedia_type  name:en\np           Plain\n\n"
         "media_size  name\nA4          A4, ISO\n\nunknown_joblog  on\n",
