@@ -24,11 +24,15 @@ void Check(bool condition) {
 class DataFiles {
 public:
     DataFiles() {
-        setenv("TALLYQUIST_CONTENTS", BUILT_CONTENTS, 1);
+        // The application in the build tree, beside this program's folder.
+        const auto program = std::filesystem::read_symlink("/proc/self/exe");
+        const std::string contents =
+            program.parent_path().parent_path() / "Tallyquist.app/Contents";
+        setenv("TALLYQUIST_CONTENTS", contents.c_str(), 1);
         setenv("XDG_DATA_HOME", m_folder.Path().c_str(), 1);
         std::filesystem::create_directories(Capabilities());
         std::filesystem::create_hard_link(Write(""), Capabilities() + "/caps");
-        Check(m_xml.InitializeXmlPxd("settings", "/", XML_PARSER, false));
+        Check(m_xml.InitializeXmlPxd("settings", contents, "/PlugIns/zopmekxmlpxd.plugin", true));
     }
 
     const std::string& Write(const std::string& bytes) const {
