@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "host/common/Errors.h"
 #include "host/common/Json.h"
@@ -20,6 +22,7 @@ struct PrintersOptions {
     bool json = false;
     bool showSecrets = false;
     std::string serial;
+    unsigned int nth = 0;  // of those with that serial number; 0: there is only one
     PrinterArguments added;
     PrinterArguments changed;
 };
@@ -34,19 +37,26 @@ auto HasSerial(const std::string& serial) {
                        Printable(serial));
 }
 
-// Two printers of one serial number cannot be told apart, so neither is taken.
+// Other programs may list printers of one serial number, or without any; none of them is guessed
+// at.
 Printers::iterator Find(const PrinterListFile& file, Printers& printers,
-                        const std::string& serial) {
-    const auto count = std::count_if(printers.begin(), printers.end(), HasSerial(serial));
-    if (count == 0) {
-        FailToFind(file, serial);
+                        const PrintersOptions& options) {
+    std::vector<Printers::iterator> found;
+    for (auto printer = printers.begin(); printer != printers.end(); ++printer) {
+        if (SerialNumberOf(*printer) == options.serial) {
+            found.push_back(printer);
+        }
     }
-    if (count > 1) {
-        throw CommandError(Visible(file.Path()) + ": " + std::to_string(count) +
-                           " printers have the serial number " + Printable(serial) +
-                           "; 'tallyquist printers list' shows them");
+    if (found.empty()) {
+        FailToFind(file, options.serial);
     }
-    return std::find_if(printers.begin(), printers.end(), HasSerial(serial));
+    if (options.nth == 0 ? found.size() > 1 : options.nth > found.size()) {
+        throw CommandError(Visible(file.Path()) + ": " + std::to_string(found.size()) +
+                           (found.size() > 1 ? " printers have" : " printer has") +
+                           " the serial number " + Printable(options.serial) +
+                           "; --nth tells which one, in the order of 'tallyquist printers list'");
+    }
+    return found.at(std::max(options.nth, 1U) - 1);
 }
 
 void RefuseTwice(const PrinterListFile& file, const Printers& printers, const std::string& serial) {
@@ -101,7 +111,7 @@ void ListPrinters(const PrintersOptions& options) {
 void ShowPrinter(const PrintersOptions& options) {
     PrinterListFile file;
     Printers printers = file.Read().value_or(Printers());
-    const CCommonPrinterInfo& printer = *Find(file, printers, options.serial);
+    const CCommonPrinterInfo& printer = *Find(file, printers, options);
     if (options.json) {
         WriteJson(JsonOf(printer, options.showSecrets));
     } else {
@@ -130,8 +140,7 @@ void ChangePrinter(
     if (!file.Read()) {
         FailToFind(file, options.serial);
     }
-    file.Change(
-        [&](Printers& printers) { change(file, printers, Find(file, printers, options.serial)); });
+    file.Change([&](Printers& printers) { change(file, printers, Find(file, printers, options)); });
     Report(file, options.serial, what);
 }
 
@@ -181,10 +190,22 @@ Command AddPrintersCommand(CLI::App& program) {
         return command;
     };
     const auto addSerial = [&](CLI::App* command) {
-        command->add_option("SERIAL", options->serial, "The printer's serial number.")
-            ->type_name("")
-            ->required()
-            ->check(NotEmpty());
+        CLI::Option* serial =
+            command->add_option("SERIAL", options->serial, "The printer's serial number.")
+                ->type_name("")
+                ->check(NotEmpty());
+        CLI::Option* nth =
+            command
+                ->add_option("--nth", options->nth,
+                             "Which one of several of that serial number, or of those without one, "
+                             "in the order of the list.")
+                ->option_text("NUMBER")
+                ->check(CLI::Range(1U, std::numeric_limits<unsigned int>::max()));
+        command->callback([serial, nth] {
+            if (serial->count() == 0 && nth->count() == 0) {
+                throw CLI::RequiredError("SERIAL");
+            }
+        });
         return command;
     };
     const CLI::App* list = addReading("list", "List the printers.",

@@ -12,6 +12,7 @@
 
 #include "host/common/Errors.h"
 #include "host/common/Printable.h"
+#include "host/settings/Leftovers.h"
 
 namespace tallyquist {
 
@@ -40,6 +41,7 @@ FolderLock::FolderLock(const std::string& folder) {
     m_folder = FileDescriptor::Open(folder.c_str(), O_RDONLY | O_DIRECTORY);
     for (int waited = 0; waited < PATIENCE_MILLISECONDS; waited += RETRY_MILLISECONDS) {
         if (m_folder.IsOpen() && flock(m_folder.Number(), LOCK_EX | LOCK_NB) == 0) {
+            RemoveLeftovers(folder);
             return;
         }
         if (errno != EWOULDBLOCK && errno != EINTR) {

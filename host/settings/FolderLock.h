@@ -12,8 +12,8 @@ namespace tallyquist {
 // holds it, unlike the library's named locks.
 class FolderLock {
 public:
-    // Makes the folder where it is missing and waits for the turn, half a minute at most. Throws
-    // CommandError.
+    // Makes the folder where it is missing, waits for the turn, half a minute at most, and clears
+    // away what killed programs left there. Throws CommandError.
     explicit FolderLock(const std::string& folder);
 
 private:

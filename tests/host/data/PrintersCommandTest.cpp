@@ -1,3 +1,5 @@
+#include <chrono>
+#include <filesystem>
 #include <map>
 
 #include "tests/host/settings/ProgramFixture.h"
@@ -81,6 +83,9 @@ TEST_F(PrintersCommand, RefusesWhatMakesNoSense) {
     }
     ExpectFailure(1, "printers add --port-type usb --serial B",
                   m_file + ": a printer has the serial number 'B' already");
+    ExpectFailure(
+        2, "printers show",
+        "SERIAL is required\nRun 'tallyquist printers show --help' for more information.");
     ExpectFailure(1, "printers set X --model m", m_file + ": no printer has the serial number 'X'");
     // A full disk.
     ExpectFailure(1,
@@ -106,6 +111,30 @@ TEST_F(PrintersCommand, RefusesWhatMakesNoSense) {
         EXPECT_EQ(text, ReadFile(m_file));
     }
     EXPECT_EQ(std::vector<std::string>{"printer_list.xml"}, NamesIn(m_dataFolder));
+}
+
+TEST_F(PrintersCommand, ListsOfOtherProgramsAndLeftoversOfKilledOnesAreTidied) {
+    EXPECT_EQ("", ErrorsOf("add --serial A --port-type usb"));
+    WriteFile(m_file,
+              "<mngprinter><printer_list><printer><serial_number>A</serial_number></printer>"
+              "<printer/><printer><serial_number>A</serial_number><model_name>2</model_name>"
+              "</printer></printer_list></mngprinter>");
+    const std::string young = m_dataFolder + "/.tallyquist-YOUNGX";
+    const std::string old = m_dataFolder + "/.tallyquist-OLDXXX";
+    WriteFile(young, "");
+    WriteFile(old, "");
+    const auto now = std::filesystem::file_time_type::clock::now();
+    std::filesystem::last_write_time(old, now - std::chrono::hours(2));
+    ErrorsOf("remove --nth 1");
+    ErrorsOf("remove A --nth 1");
+    EXPECT_EQ("2", Json("printers show A")["model_name"]);
+    EXPECT_EQ(1U, Json("printers list")["printers"].size());
+    ExpectFailure(1, "printers remove A --nth 2",
+                  m_file +
+                      ": 1 printer has the serial number 'A'; --nth tells which one, in the "
+                      "order of 'tallyquist printers list'");
+    EXPECT_TRUE(std::filesystem::exists(young));
+    EXPECT_FALSE(std::filesystem::exists(old));
 }
 
 TEST_F(PrintersCommand, AddsAtOnceAreAllKeptAndOriginalsThatHoldMore) {
