@@ -346,7 +346,6 @@ public:
         }
         return m_last = record;
     }
-    CCommonPrinterInfo* Last() const { return m_last; }
     [[nodiscard]] CCommonPrinterInfo* Release() { return std::exchange(m_first, nullptr); }
 
 private:
@@ -404,25 +403,29 @@ bool CCommonXmlPxd::GetPrinterList(std::string path, CCommonPrinterInfo** head) 
     if (file.Root() == nullptr) {
         return false;
     }
+    PrinterChain chain;
+    CCommonPrinterInfo* printer = chain.Add();
+    if (printer == nullptr) {
+        return false;
+    }
     unsigned int err = XMLPXD_OK;
     const unsigned int count = CountPrinters(file.Root(), &err);
     if (err != XMLPXD_OK || static_cast<int>(count) <= 0) {
         return err == XMLPXD_OK && count == 0;
     }
     *head = nullptr;
-    PrinterChain chain;
     XmlNode cursor;
     for (unsigned int i = 0; i < count; ++i) {
+        printer = i == 0 ? printer : chain.Add();
+        if (printer == nullptr) {
+            return false;
+        }
         ElementChain elements(*this);
         cursor = XmlNode(*m_FunctionsXmlPxd, GetPrinterElements(i == 0 ? file.Root() : cursor.Get(),
                                                                 i == 0, elements.Out(), &err));
         if (!cursor || err != XMLPXD_OK) {
             // Fewer printers than were counted: those that lie within others are no part of a list.
             return err == XMLPXD_OK;
-        }
-        CCommonPrinterInfo* const printer = chain.Add();
-        if (printer == nullptr) {
-            return false;
         }
         if (elements.First() != nullptr) {
             TakeElements(*elements.First(), *printer);

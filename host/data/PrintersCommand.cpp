@@ -191,7 +191,9 @@ Command AddPrintersCommand(CLI::App& program) {
     };
     const auto addSerial = [&](CLI::App* command) {
         CLI::Option* serial =
-            command->add_option("SERIAL", options->serial, "The printer's serial number.")
+            command
+                ->add_option("SERIAL", options->serial,
+                             "The printer's serial number; may be left out with --nth.")
                 ->type_name("")
                 ->check(NotEmpty());
         CLI::Option* nth =
