@@ -233,6 +233,60 @@ public:
     unsigned int GetUserSetting_FC_SpanList(CCommonXmlPxdDataUserSettings& settings, void* node);
     unsigned int GetUserSetting_FC_OtherList(CCommonXmlPxdDataUserSettings& settings, void* node);
 
+    // --- Messages to and from the background tools ---
+    //
+    // A message is the bytes of an XML document. CBntMessageReader cuts what comes out of a pipe
+    // into messages.
+    //
+    // The builders fill a template, with the retry settings of the system, and give the message's
+    // size in bytes; elements that they do not write keep the template's texts. On failure the
+    // result is 0xFFFFFFFF and `*out` as it was. They use the object's own document, and leave it
+    // without one.
+
+    // The object's own document as a message: its size, or -1 (all bits set).
+    int ConvertToXmlAndAppDataBin(std::string* out, unsigned int* err);
+    // A command of the type get, end or scheduled export. An end command says nothing of a printer.
+    // `isReply` is deliberately not written. A failed write of what is said of the printer or of
+    // retries fails the command after the rest of it was written.
+    unsigned int CreateBNTCommand(std::string* out, CCommonPrinterInfo& printer,
+                                  BNTCOMMAND_TYPE type, BNTCOMMAND_PRIORITY priority, bool isReply,
+                                  unsigned int processId);
+    unsigned int CreateBNTGetCommand(std::string* out, BNTCOMMAND_PRIORITY priority,
+                                     CCommonPrinterInfo& printer, unsigned int processId);
+    unsigned int CreateBNTScheduledExportCommand(std::string* out, BNTCOMMAND_PRIORITY priority,
+                                                 CCommonPrinterInfo& printer,
+                                                 unsigned int processId);
+    unsigned int CreateBNTEndCommand(std::string* out, unsigned int processId);
+    // A command of the type request start, end or result. Null for the event that the sender waits
+    // for is the empty name.
+    unsigned int CreateBNTRequestCommand(std::string* out, BNTCOMMAND_TYPE type,
+                                         BNTCOMMAND_PRIORITY priority, bool isReply,
+                                         unsigned int processId, const char* eventName);
+    // The reply to a command.
+    unsigned int CreateBNTRetCommand(std::string* out, BNTCMDRET_TYPE ret, std::string param);
+    // The result of a job of the one background tool, which names the printer by its MAC address,
+    // or of the other. `resultType` is a BNTRESULT_TYPE.
+    unsigned int CreateResultCommand(std::string* out, const CCommonPrinterInfo& printer,
+                                     unsigned int resultType, bool isBnt, bool ipChanged,
+                                     bool last);
+
+    // `data` is `size` bytes from another process, whatever they are. On failure the outputs are as
+    // they were. The parsers leave the object without a document.
+
+    // Makes the message the object's own document, in place of an earlier one, which stays after a
+    // failure. Its root element, null on failure.
+    void* ConvertFromXmlAndAppDataBin(const unsigned char* data, unsigned long size,
+                                      unsigned int* err);
+    bool ParseBNTCommand(CBntCommandValue& value, const unsigned char* data, unsigned long size,
+                         unsigned int* err);
+    bool ParseBNTCmdRet(std::string& ret, std::string& param, const unsigned char* data,
+                        unsigned long size, unsigned int* err);
+    // The result of a job of the first tool. A message that does not tell whether the printer's
+    // address changed is complete: `*ipChanged` is then false, `*err` 0. Null is not read.
+    bool ParseBNTResult(std::string& printerId, std::string& result, bool& last,
+                        const unsigned char* data, unsigned long size, unsigned int* err,
+                        bool* ipChanged);
+
 protected:
     // Entries may be added and taken away.
     std::map<unsigned int, std::string> m_XmlTagIDs;

@@ -44,7 +44,11 @@ tallyquist_resources("" "" CMSystemSetting.cfg)
 tallyquist_info_plist(qvtrelCore BNDL PlugIns/qvtrelCore.plugin/Contents/)
 tallyquist_resources(PlugIns/qvtrelCore.plugin/Contents/ qvtrelCore/
     CMUserSetting.cfg
+    xmls/BNTCmdBase.xml
+    xmls/BNTResultBase.xml
+    xmls/BNTRetBase.xml
     xmls/DBSettingBase.xml
+    xmls/DetchResultBase.xml
     xmls/PrinterCapsBase.xml
     xmls/PrinterListBase.xml
     xmls/UnitCostBase.xml

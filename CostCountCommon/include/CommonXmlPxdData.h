@@ -112,3 +112,59 @@ struct CCommonXmlPxdDataUserSettings {
     std::list<CCommonXmlPxdDataDateSpan> m_SpanList;
     std::list<CCommonXmlPxdDataOther> m_OtherList;
 };
+
+// --- Messages to and from the background tools ---
+
+// What a command asks for. The numbers 3 and 6 are no commands.
+enum BNTCOMMAND_TYPE : int {
+    BNTCOMMAND_GET = 0,
+    BNTCOMMAND_END = 1,
+    BNTCOMMAND_REQUEST_START = 2,
+    BNTCOMMAND_REQUEST_END = 4,
+    BNTCOMMAND_REQUEST_RESULT = 5,
+    BNTCOMMAND_SCHEDULED_EXPORT = 7,
+};
+
+// Whatever is not high is normal.
+enum BNTCOMMAND_PRIORITY : int {
+    BNTCOMMAND_NORMAL = 0,
+    BNTCOMMAND_HIGH = 1,
+};
+
+// How a command was received.
+enum BNTCMDRET_TYPE : int {
+    BNTCMDRET_OK = 0,
+    BNTCMDRET_NGCMD = 1,    // rejected
+    BNTCMDRET_NGQUEUE = 2,  // not queued
+};
+
+// How a job ended, as CCommonXmlPxd::CreateResultCommand takes it; other numbers are sent as a
+// failure.
+enum BNTRESULT_TYPE : unsigned int {
+    BNTRESULT_SUCCESS_NONE = 0,  // no new data
+    BNTRESULT_SUCCESS_NEW = 1,   // new data
+    BNTRESULT_FAILURE = 2,
+    BNTRESULT_UNEXECUTE = 3,  // not executed
+    BNTRESULT_FAILURE_INCOMP = 4,
+    BNTRESULT_LOCK_TIMEOUT = 5,
+    BNTRESULT_LOCK_TIMEOUT_INCOMP = 6,
+};
+
+// A command as it was received.
+struct CBntCommandValue {
+    std::string m_MessageType;  // the keyword
+    std::string m_MessagePriority;
+    bool m_IsReply = false;
+    std::string m_ProcessId;
+    std::string m_PrinterId;  // the printer's serial number
+    std::string m_IfType;
+    std::string m_Address;
+    std::string m_Password;
+    std::string m_UsbRetryCount;
+    std::string m_UsbRetryInterval;
+    std::string m_CommuRetryCount;
+    std::string m_CommuRetryInterval;
+    std::string m_EventName;
+    int m_LocationId = 0;
+    int m_NicIndex = 0;
+};

@@ -1,0 +1,58 @@
+// Cuts the bytes that come out of a pipe into messages.
+//
+// Messages follow each other with nothing in between but white space: no length, no separator. A
+// message is an XML document and ends with its root element. Nobody knows what a peer sends, or
+// whether it dies in the middle: whatever is no message, or more than MAX_SIZE bytes, is told once
+// and dropped up to the next XML declaration ("<?xml"), with which every message of the library
+// begins. For that reason the text "<?xml " stands nowhere else in a message, not in comments
+// either. Document types are no part of messages.
+//
+// What the reader gives has matching tags; whether it is well-formed is the parser's to find out.
+// One thread at a time. No exception leaves it.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+enum class BntRead {
+    MESSAGE,
+    BROKEN,     // bytes that are no message
+    END,        // nobody has the pipe open for writing any more
+    TIMED_OUT,  // what has come of a message stays for the next call
+    FAILED,     // errno tells why
+};
+
+class CBntMessageReader {
+public:
+    // In bytes, and more than enough.
+    static constexpr size_t MAX_SIZE = 1024 * 1024;
+
+    // Waits for the next message from `pipe`, a descriptor that the caller has opened and always
+    // gives the same reader, for at most so many milliseconds; 0xFFFFFFFF is forever. `*message`
+    // is set to the message, or to the broken bytes. A cancellation point.
+    BntRead Read(int pipe, unsigned int milliseconds, std::string* message);
+
+    // The same for bytes that come otherwise.
+    bool Append(const char* bytes, size_t size);  // false when there is no memory
+    // MESSAGE or BROKEN with `*message` set, or END when there is no whole message.
+    BntRead Next(std::string* message);
+    // As Next when nothing will follow: what is left of a message is broken.
+    BntRead Finish(std::string* message);
+
+private:
+    enum class Token { TEXT, MARKUP, TAG, QUOTED, COMMENT, CDATA, INSTRUCTION };
+    // What the byte at m_at does to the message.
+    enum class Step { ON, WHOLE, BROKEN };
+
+    Step Take(char byte);
+    Step TakeMarkup(char byte);
+    Step TakeTag(char byte);
+
+    std::string m_bytes;  // from the beginning of a message on
+    size_t m_at = 0;      // up to where they have been looked at
+    size_t m_token = 0;   // where the markup that is open begins
+    Token m_kind = Token::TEXT;
+    char m_quote = 0;
+    size_t m_depth = 0;         // open elements
+    bool m_isDropping = false;  // up to the next declaration
+};
