@@ -27,6 +27,7 @@
 namespace xmlpxd {
 class ElementWriter;
 class ListReader;
+class MessageParser;
 }  // namespace xmlpxd
 
 class CCommonXmlPxd {
@@ -302,6 +303,7 @@ protected:
 private:
     friend class xmlpxd::ElementWriter;
     friend class xmlpxd::ListReader;
+    friend class xmlpxd::MessageParser;
 
     // Brings the index of names up to date. Every operation that looks names up by it begins so.
     void IndexTags();
@@ -325,6 +327,9 @@ private:
     // GetElements that leaves nothing behind on failure and always tells why.
     bool ReadElements(void* parent, CCommonXmlPxdElementData** first, unsigned int* err);
     bool ReadElement(void* node, CCommonXmlPxdElementData* record, unsigned int* err);
+    // The keyword of messages of that number; null when the catalogue lacks it.
+    const std::string* Keyword(unsigned int key) const;
+    bool SetKeyword(void* start, unsigned int tagId, unsigned int key);
 
     void* m_document = nullptr;
     std::string m_systemSettingFile;

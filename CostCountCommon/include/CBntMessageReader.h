@@ -7,12 +7,13 @@
 // begins. For that reason the text "<?xml " stands nowhere else in a message, not in comments
 // either. Document types are no part of messages.
 //
-// What the reader gives has matching tags; whether it is well-formed is the parser's to find out.
-// One thread at a time. No exception leaves it.
+// What the reader gives has as many end tags as start tags; whether it is well-formed is the
+// parser's to find out. One thread at a time. No exception leaves it. Outputs are never null.
 #pragma once
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 enum class BntRead {
     MESSAGE,
@@ -41,16 +42,21 @@ public:
 
 private:
     enum class Token { TEXT, MARKUP, TAG, QUOTED, COMMENT, CDATA, INSTRUCTION };
-    // What the byte at m_at does to the message.
+    // What the byte at m_at makes of the message.
     enum class Step { ON, WHOLE, BROKEN };
 
     Step Take(char byte);
     Step TakeMarkup(char byte);
     Step TakeTag(char byte);
+    Step TakeUntil(std::string_view start, std::string_view end);
+    std::string_view OpenMarkup() const;
+    size_t DeclarationFrom(size_t from) const;
+    BntRead Give(size_t end, BntRead what, std::string* message);
 
-    std::string m_bytes;  // from the beginning of a message on
-    size_t m_at = 0;      // up to where they have been looked at
-    size_t m_token = 0;   // where the markup that is open begins
+    std::string m_bytes;
+    size_t m_start = 0;  // of the message
+    size_t m_at = 0;     // up to where it has been looked at
+    size_t m_token = 0;  // where the markup that is open begins
     Token m_kind = Token::TEXT;
     char m_quote = 0;
     size_t m_depth = 0;         // open elements
