@@ -26,8 +26,10 @@
 
 namespace xmlpxd {
 class ElementWriter;
+class IndexedTags;
 class ListReader;
 class MessageParser;
+class SystemSettingFiles;
 }  // namespace xmlpxd
 
 class CCommonXmlPxd {
@@ -302,8 +304,10 @@ protected:
 
 private:
     friend class xmlpxd::ElementWriter;
+    friend class xmlpxd::IndexedTags;
     friend class xmlpxd::ListReader;
     friend class xmlpxd::MessageParser;
+    friend class xmlpxd::SystemSettingFiles;
 
     // Brings the index of names up to date. Every operation that looks names up by it begins so.
     void IndexTags();
@@ -317,6 +321,9 @@ private:
     // SearchElement. The first step that leads neither to the first child of `start` nor from there
     // across, and each step after it, counts `*strays` down; at zero the search ends.
     void* Search(void* start, unsigned int tagId, unsigned long* strays, unsigned int* err);
+    // The name of a child element that is searched for; when the catalogue lacks it, that is
+    // printed.
+    const std::string* ChildName(unsigned int tagId, unsigned int* err) const;
     // The first element of that tag in the walk, with a limit as Search has it, and an element,
     // with what goes wrong printed as GetElementValueWithSearch prints it.
     bool ReadInWalk(void* start, unsigned int tagId, unsigned long* strays,
@@ -337,4 +344,5 @@ private:
 
     std::vector<std::pair<unsigned int, std::string>> m_indexedTags;  // what the index was made of
     std::unordered_map<std::string_view, unsigned int> m_tagIndex;
+    bool m_isIndexed = false;  // for the time of an operation
 };

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace {
 
@@ -29,10 +30,23 @@ Continuation After(unsigned char lead) {
     return {lead < 0xE0 ? 1U : lead < 0xF0 ? 2U : 3U, least, greatest};
 }
 
+// How many bytes at the beginning are ASCII for certain. Most texts are nothing else.
+size_t AsciiLength(std::string_view text) {
+    constexpr uint64_t BEYOND = 0x8080808080808080;
+    size_t at = 0;
+    for (uint64_t bytes = 0; text.size() - at >= sizeof bytes; at += sizeof bytes) {
+        std::memcpy(&bytes, text.data() + at, sizeof bytes);
+        if ((bytes & BEYOND) != 0) {
+            break;
+        }
+    }
+    return at;
+}
+
 }  // namespace
 
 bool IsUtf8(std::string_view text) {
-    for (size_t at = 0; at < text.size(); ++at) {
+    for (size_t at = AsciiLength(text); at < text.size(); ++at) {
         Continuation rest = After(static_cast<unsigned char>(text[at]));
         if (rest.count > text.size() - at - 1) {
             return false;

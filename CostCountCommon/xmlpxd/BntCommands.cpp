@@ -8,12 +8,15 @@
 
 #include "CostCountCommon/CommonXMLPxd.h"
 #include "CostCountCommon/src/Log.h"
+#include "CostCountCommon/xmlpxd/IndexedTags.h"
 #include "CostCountCommon/xmlpxd/OpenedXml.h"
 #include "CostCountCommon/xmlpxd/Steps.h"
+#include "CostCountCommon/xmlpxd/SystemSettingFiles.h"
 
 namespace {
 
 using xmlpxd::FAILED;
+using xmlpxd::SystemSettingFiles;
 
 constexpr const char* SOURCE = "CommonXmlPxd";
 
@@ -127,9 +130,10 @@ bool WriteEachRow(const Row (&rows)[N], Write write) {
     return std::count_if(std::begin(rows), std::end(rows), write) == N;
 }
 
-auto RetryWriter(CCommonXmlPxd& xml, void* root) {
-    return [&xml, root](const RetryRow& row) {
-        return xml.SetElementBySysComSettingValue(root, row.tag, row.setting);
+// All are copied as SetElementBySysComSettingValue does it, from files that are opened once.
+auto RetryWriter(SystemSettingFiles& settings, void* root) {
+    return [&settings, root](const RetryRow& row) {
+        return settings.Copy(root, row.tag, row.setting);
     };
 }
 
@@ -139,6 +143,7 @@ template <typename Fill, typename NotConverted>
 unsigned int Build(CCommonXmlPxd& xml, const char* base, std::string* out, Fill fill,
                    NotConverted notConverted) try {
     const CurrentXml message(xml, base == nullptr ? "" : base, XmlSource::TEMPLATE);
+    const xmlpxd::IndexedTags indexed(xml);
     if (message.Root() == nullptr || !fill(message.Root())) {
         return FAILED;
     }
@@ -214,7 +219,8 @@ unsigned int CCommonXmlPxd::CreateBNTCommand(std::string* out, CCommonPrinterInf
             type == BNTCOMMAND_END || WriteEachRow(PRINTER, [&](const PrinterRow& row) {
                 return SetElementBySettingValue(root, row.tag, row.text(printer));
             });
-        const bool areRetriesWritten = WriteEachRow(RETRIES, RetryWriter(*this, root));
+        SystemSettingFiles settings(*this);
+        const bool areRetriesWritten = WriteEachRow(RETRIES, RetryWriter(settings, root));
         return isPrinterWritten && areRetriesWritten;
     });
 }
@@ -241,6 +247,7 @@ unsigned int CCommonXmlPxd::CreateBNTRequestCommand(std::string* out, BNTCOMMAND
                                                     BNTCOMMAND_PRIORITY priority, bool isReply,
                                                     unsigned int processId, const char* eventName) {
     return Build(*this, getBNTCmdBase(), out, [&](void* root) {
+        SystemSettingFiles settings(*this);
         return SetKeyword(root, XMLTAG_BNTCMD_MASSAGETYPE, KeyOf(REQUESTS, type)) &&
                SetKeyword(root, XMLTAG_BNTCMD_MASSAGEPRIORITY, KeyOf(priority)) &&
                SetElementBySettingValue(root, XMLTAG_BNTCMD_ISREPLY, DigitOf(isReply)) &&
@@ -249,7 +256,7 @@ unsigned int CCommonXmlPxd::CreateBNTRequestCommand(std::string* out, BNTCOMMAND
                          [&](const PrinterRow& row) {
                              return SetElementBySettingValue(root, row.tag, "");
                          }) &&
-               WriteRows(RETRIES, RetryWriter(*this, root)) &&
+               WriteRows(RETRIES, RetryWriter(settings, root)) &&
                SetElementBySettingValue(root, XMLTAG_BNTCMD_EVENT_NAME,
                                         eventName == nullptr ? "" : eventName);
     });

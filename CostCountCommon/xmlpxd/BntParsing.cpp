@@ -1,9 +1,12 @@
 // Parsing messages from background tools. Its external interface is the parsers of CCommonXmlPxd.
 #include <exception>
+#include <optional>
 #include <utility>
 
 #include "CostCountCommon/CommonXMLPxd.h"
 #include "CostCountCommon/src/Log.h"
+#include "CostCountCommon/xmlpxd/ChildElements.h"
+#include "CostCountCommon/xmlpxd/IndexedTags.h"
 #include "CostCountCommon/xmlpxd/NumberOf.h"
 #include "CostCountCommon/xmlpxd/Print.h"
 #include "CostCountCommon/xmlpxd/XmlNode.h"
@@ -139,8 +142,13 @@ class MessageParser {
 public:
     MessageParser(CCommonXmlPxd& xml, const unsigned char* data, unsigned long size,
                   unsigned int* err)
-        : m_xml(xml), m_err(err), m_root(xml.ConvertFromXmlAndAppDataBin(data, size, err)) {}
+        : m_xml(xml), m_err(err), m_root(xml.ConvertFromXmlAndAppDataBin(data, size, err)) {
+        if (m_root != nullptr) {
+            m_children.emplace(*xml.m_FunctionsXmlPxd, m_root);
+        }
+    }
     ~MessageParser() {
+        m_children.reset();
         m_xml.DeleteNode(m_root);
         m_xml.CloseXml();
     }
@@ -156,13 +164,13 @@ public:
     }
 
     TextRead Read(unsigned int tag, std::string* text) {
-        const XmlNode element(*m_xml.m_FunctionsXmlPxd,
-                              m_xml.SearchParentElement(m_root, tag, m_err));
-        if (!element) {
+        const std::string* name = m_xml.ChildName(tag, m_err);
+        PNODE element = name == nullptr ? nullptr : m_children->Find(*name, m_err);
+        if (element == nullptr) {
             return TextRead::MISSING;
         }
         CCommonXmlPxdElementData data;
-        if (!m_xml.GetElementData(element.Get(), &data, m_err)) {
+        if (!m_xml.ReadElement(element, &data, m_err)) {
             return TextRead::UNREAD;
         }
         text->swap(data.m_Values.front());
@@ -172,6 +180,7 @@ public:
     // Up to the first that fails.
     template <typename Record, size_t N>
     bool Read(const FieldRow<Record> (&rows)[N], Record& record) {
+        const IndexedTags indexed(m_xml);
         for (const FieldRow<Record>& row : rows) {
             std::string text;
             const TextRead result = Read(row.tag, &text);
@@ -206,6 +215,7 @@ private:
     CCommonXmlPxd& m_xml;
     unsigned int* m_err;
     void* m_root;
+    std::optional<ChildElements> m_children;
 };
 
 }  // namespace xmlpxd

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "CostCountCommon/CommonXMLPxd.h"
+#include "CostCountCommon/xmlpxd/ChildElements.h"
 #include "CostCountCommon/xmlpxd/Print.h"
 #include "CostCountCommon/xmlpxd/TagCatalogue.h"
 #include "CostCountCommon/xmlpxd/XmlNode.h"
@@ -23,41 +24,6 @@ bool IsTag(unsigned int tagId) {
 bool ReadName(const XMLPXD_FUNCLIST& functions, PNODE node, std::string* name, unsigned int* err) {
     return ReadText(functions, &XMLPXD_FUNCLIST::GetElementName, node, name, err) ==
            TextResult::READ;
-}
-
-// The first of these children, siblings included, that has the name; what goes wrong is printed.
-XmlNode ChildOfName(const XMLPXD_FUNCLIST& functions, PNODE parent, const std::string& name,
-                    unsigned int* err) {
-    XmlNode child = NodeFrom(functions, &XMLPXD_FUNCLIST::GetFirstChild, parent, err);
-    if (!child) {
-        Print("CCommonXmlPxd::SearchParentElement() ERROR: GetFirstChild() errcode=%u\n", *err);
-        return {};
-    }
-    std::string childName;
-    for (;;) {
-        switch (
-            ReadText(functions, &XMLPXD_FUNCLIST::GetElementName, child.Get(), &childName, err)) {
-            case TextResult::NO_SIZE:
-                Print("CCommonXmlPxd::SearchParentElement() ERROR: GetElementName(1) errcode=%u\n",
-                      *err);
-                return {};
-            case TextResult::NOT_READ:
-                Print("CCommonXmlPxd::SearchParentElement() ERROR: GetElementName(2) errcode=%u\n",
-                      *err);
-                return {};
-            case TextResult::READ:
-                break;
-        }
-        if (childName == name) {
-            return child;
-        }
-        child = NodeFrom(functions, &XMLPXD_FUNCLIST::GetNextSibling, child.Get(), err);
-        if (!child) {
-            Print("CCommonXmlPxd::SearchParentElement() ERROR: GetNextSibling() errcode=%u\n",
-                  *err);
-            return {};
-        }
-    }
 }
 
 }  // namespace
@@ -188,17 +154,29 @@ void* CCommonXmlPxd::Search(void* start, unsigned int tagId, unsigned long* stra
     return nullptr;
 }
 
-void* CCommonXmlPxd::SearchParentElement(void* parent, unsigned int tagId, unsigned int* err) try {
-    if (m_FunctionsXmlPxd == nullptr || parent == nullptr || err == nullptr || !IsTag(tagId)) {
-        return nullptr;
-    }
-    const auto wanted = m_XmlTagIDs.find(tagId);
-    if (wanted == m_XmlTagIDs.end()) {
+const std::string* CCommonXmlPxd::ChildName(unsigned int tagId, unsigned int* err) const {
+    const auto found = m_XmlTagIDs.find(tagId);
+    if (found == m_XmlTagIDs.end()) {
         *err = XMLPXD_NOT_IN_CATALOGUE;
         Print("CCommonXmlPxd::SearchParentElement() ERROR: m_XmlTagIDs.end()");
         return nullptr;
     }
-    return ChildOfName(*m_FunctionsXmlPxd, parent, wanted->second, err).Release();
+    return &found->second;
+}
+
+void* CCommonXmlPxd::SearchParentElement(void* parent, unsigned int tagId, unsigned int* err) try {
+    if (m_FunctionsXmlPxd == nullptr || parent == nullptr || err == nullptr || !IsTag(tagId)) {
+        return nullptr;
+    }
+    const std::string* name = ChildName(tagId, err);
+    xmlpxd::NamedNode child;
+    while (name != nullptr &&
+           xmlpxd::NextChild(*m_FunctionsXmlPxd, parent, child.node.Get(), &child, err)) {
+        if (child.name == *name) {
+            return child.node.Release();
+        }
+    }
+    return nullptr;
 } catch (const std::exception&) {
     *err = XMLPXD_OUT_OF_MEMORY;
     return nullptr;

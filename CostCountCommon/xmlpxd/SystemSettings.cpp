@@ -10,7 +10,7 @@
 #include "CostCountCommon/include/MacUtility.h"
 #include "CostCountCommon/src/Log.h"
 #include "CostCountCommon/xmlpxd/NumberOf.h"
-#include "CostCountCommon/xmlpxd/OpenedXml.h"
+#include "CostCountCommon/xmlpxd/SystemSettingFiles.h"
 #include "CostCountCommon/xmlpxd/XmlNode.h"
 
 namespace {
@@ -96,6 +96,63 @@ bool ReadScheduledExportPath(CCommonXmlPxd& xml, const PathSetting& setting,
 
 }  // namespace
 
+namespace xmlpxd {
+
+void* SystemSettingFiles::UserCopy() {
+    std::string path;
+    if (!m_userCopy && CCommonUtility::GetDataFolderBase(MANAGEMENT_DATA_SYSTEM_SETTING, &path)) {
+        m_userCopy.emplace(m_xml, path.append("/").append(m_xml.m_systemSettingFile));
+    }
+    return m_userCopy ? m_userCopy->Root() : nullptr;
+}
+
+void* SystemSettingFiles::Installed() {
+    std::string path;
+    if (!m_installed && m_xml.GetSystemSettingFileFullPath(&path)) {
+        m_installed.emplace(m_xml, path);
+    }
+    return m_installed ? m_installed->Root() : nullptr;
+}
+
+bool SystemSettingFiles::Read(unsigned int tagId, std::string* value) {
+    unsigned int err = XMLPXD_OK;
+    void* userCopy = UserCopy();
+    if (userCopy != nullptr &&
+        m_xml.GetElementValueWithSearch(userCopy, static_cast<int>(tagId), false, value, &err)) {
+        return true;
+    }
+    const XmlNode element(*m_xml.m_FunctionsXmlPxd, m_xml.SearchElement(Installed(), tagId, &err));
+    CCommonXmlPxdElementData data;
+    if (!m_xml.GetElementData(element.Get(), &data, &err)) {
+        return false;
+    }
+    value->swap(data.m_Values.front());
+    return true;
+}
+
+bool SystemSettingFiles::Copy(void* start, unsigned int targetTagId, unsigned int settingTagId) {
+    if (settingTagId < FIRST_COPIED || settingTagId > LAST_COPIED || settingTagId == NO_SETTING) {
+        return false;
+    }
+    std::string value;
+    if (!Read(settingTagId, &value)) {
+        return LogFailure(__LINE__, "GetElementValueSysCommSettingFile() failed.");
+    }
+    const auto* const full =
+        std::find_if(std::begin(FULL_IN_MESSAGES), std::end(FULL_IN_MESSAGES),
+                     [&](const PathSetting& setting) { return setting.tagId == settingTagId; });
+    if (full != std::end(FULL_IN_MESSAGES)) {
+        std::string folder;
+        if (!CCommonUtility::GetDataFolderBase(full->kind, &folder)) {
+            return LogFailure(__LINE__, "CCommonUtility::GetDataFolderBase() failed.");
+        }
+        value.insert(0, folder);
+    }
+    return m_xml.SetElementBySettingValue(start, targetTagId, std::move(value));
+}
+
+}  // namespace xmlpxd
+
 bool CCommonXmlPxd::GetSystemSettingFileFullPath(std::string* path) try {
     std::string folder;
     if (m_FunctionsXmlPxd == nullptr || path == nullptr || !GetResourcesPath(&folder) ||
@@ -112,26 +169,7 @@ bool CCommonXmlPxd::GetElementValueSysCommSettingFile(unsigned int tagId, std::s
     if (m_FunctionsXmlPxd == nullptr || value == nullptr) {
         return false;
     }
-    unsigned int err = XMLPXD_OK;
-    std::string path;
-    if (CCommonUtility::GetDataFolderBase(MANAGEMENT_DATA_SYSTEM_SETTING, &path)) {
-        const OpenedXml file(*this, path.append("/").append(m_systemSettingFile));
-        if (file.Root() != nullptr &&
-            GetElementValueWithSearch(file.Root(), static_cast<int>(tagId), false, value, &err)) {
-            return true;
-        }
-    }
-    if (!GetSystemSettingFileFullPath(&path)) {
-        return false;
-    }
-    const OpenedXml file(*this, path);
-    const XmlNode element(*m_FunctionsXmlPxd, SearchElement(file.Root(), tagId, &err));
-    CCommonXmlPxdElementData data;
-    if (!GetElementData(element.Get(), &data, &err)) {
-        return false;
-    }
-    value->swap(data.m_Values.front());
-    return true;
+    return xmlpxd::SystemSettingFiles(*this).Read(tagId, value);
 } catch (const std::exception&) {
     return false;  // out of memory
 }
@@ -225,25 +263,8 @@ bool CCommonXmlPxd::GetRetryData(int* usbRetryCount, int* usbRetryInterval, int*
 
 bool CCommonXmlPxd::SetElementBySysComSettingValue(void* start, unsigned int targetTagId,
                                                    unsigned int settingTagId) try {
-    if (m_FunctionsXmlPxd == nullptr || settingTagId < FIRST_COPIED || settingTagId > LAST_COPIED ||
-        settingTagId == NO_SETTING) {
-        return false;
-    }
-    std::string value;
-    if (!GetElementValueSysCommSettingFile(settingTagId, &value)) {
-        return LogFailure(__LINE__, "GetElementValueSysCommSettingFile() failed.");
-    }
-    const auto* const full =
-        std::find_if(std::begin(FULL_IN_MESSAGES), std::end(FULL_IN_MESSAGES),
-                     [&](const PathSetting& setting) { return setting.tagId == settingTagId; });
-    if (full != std::end(FULL_IN_MESSAGES)) {
-        std::string folder;
-        if (!CCommonUtility::GetDataFolderBase(full->kind, &folder)) {
-            return LogFailure(__LINE__, "CCommonUtility::GetDataFolderBase() failed.");
-        }
-        value.insert(0, folder);
-    }
-    return SetElementBySettingValue(start, targetTagId, std::move(value));
+    return m_FunctionsXmlPxd != nullptr &&
+           xmlpxd::SystemSettingFiles(*this).Copy(start, targetTagId, settingTagId);
 } catch (const std::exception&) {
     return false;  // out of memory
 }

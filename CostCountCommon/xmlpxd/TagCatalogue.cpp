@@ -384,10 +384,11 @@ unsigned int CCommonXmlPxd::AttributeID(std::string_view name) const {
 // the last operation, so the whole catalogue is compared, once for all the elements that an
 // operation reads.
 void CCommonXmlPxd::IndexTags() {
-    if (std::equal(m_XmlTagIDs.begin(), m_XmlTagIDs.end(), m_indexedTags.begin(),
-                   m_indexedTags.end(), [](const auto& tag, const auto& indexed) {
-                       return tag.first == indexed.first && tag.second == indexed.second;
-                   })) {
+    if (m_isIndexed || std::equal(m_XmlTagIDs.begin(), m_XmlTagIDs.end(), m_indexedTags.begin(),
+                                  m_indexedTags.end(), [](const auto& tag, const auto& indexed) {
+                                      return tag.first == indexed.first &&
+                                             tag.second == indexed.second;
+                                  })) {
         return;
     }
     decltype(m_indexedTags) tags(m_XmlTagIDs.begin(), m_XmlTagIDs.end());

@@ -1,6 +1,7 @@
 #include "plugins/zopmekxmlpxd/TextChecks.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <iterator>
 
@@ -28,10 +29,34 @@ constexpr Range NAME_REST[] = {
 };
 
 template <size_t COUNT>
-bool IsIn(const Range (&ranges)[COUNT], char32_t character) {
+constexpr bool IsIn(const Range (&ranges)[COUNT], char32_t character) {
     return std::any_of(std::begin(ranges), std::end(ranges), [character](const Range& range) {
         return character >= range.first && character <= range.last;
     });
+}
+
+// Every byte of a document is looked at: of the usual ones a table tells what they are.
+template <typename Test>
+constexpr std::array<bool, 256> TableOf(Test test) {
+    std::array<bool, 256> table{};
+    for (size_t byte = 0; byte < table.size(); ++byte) {
+        table.at(byte) = test(static_cast<char32_t>(byte));
+    }
+    return table;
+}
+
+constexpr char32_t ASCII_END = 0x80;
+
+constexpr auto IS_ASCII_OF_NAME = TableOf([](char32_t byte) {
+    return byte < ASCII_END && (IsIn(NAME_START, byte) || IsIn(NAME_REST, byte));
+});
+
+// Controls, and the first byte of what is forbidden beyond them.
+constexpr auto MAY_BE_FORBIDDEN =
+    TableOf([](char32_t byte) { return (byte < ' ' && !IsXmlCharacter(byte)) || byte == 0xEF; });
+
+bool Tells(const std::array<bool, 256>& table, char c) {
+    return table[static_cast<unsigned char>(c)];
 }
 
 // The first character of text that is UTF-8 and not empty.
@@ -50,6 +75,10 @@ char32_t FirstCharacter(std::string_view text, size_t* length) {
 size_t NameLength(std::string_view text) {
     size_t at = 0;
     while (at < text.size()) {
+        if (at > 0 && Tells(IS_ASCII_OF_NAME, text[at])) {
+            ++at;
+            continue;
+        }
         size_t length = 0;
         const char32_t character = FirstCharacter(text.substr(at), &length);
         if (!IsIn(NAME_START, character) && (at == 0 || !IsIn(NAME_REST, character))) {
@@ -60,19 +89,14 @@ size_t NameLength(std::string_view text) {
     return at;
 }
 
-bool IsXmlCharacter(char32_t character) {
-    return character < 0x20 ? IsXmlSpace(static_cast<char>(character))
-                            : character < 0xD800 || (character > 0xDFFF && character < 0xFFFE) ||
-                                  (character > 0xFFFF && character < 0x110000);
-}
-
 size_t FindForbidden(std::string_view text, size_t from) {
     for (size_t at = from; at < text.size(); ++at) {
-        const char c = text[at];
+        if (!Tells(MAY_BE_FORBIDDEN, text[at])) {
+            continue;
+        }
         // U+FFFE and U+FFFF; UTF-8 has no surrogates.
-        const bool outside = c == '\xEF' && text[at + 1] == '\xBF' &&
-                             (text[at + 2] == '\xBE' || text[at + 2] == '\xBF');
-        if (outside || (c >= '\0' && c < ' ' && !IsXmlSpace(c))) {
+        if (text[at] != '\xEF' ||
+            (text[at + 1] == '\xBF' && (text[at + 2] == '\xBE' || text[at + 2] == '\xBF'))) {
             return at;
         }
     }

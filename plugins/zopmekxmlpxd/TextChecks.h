@@ -12,11 +12,15 @@ size_t NameLength(std::string_view text);
 // npos. The text is UTF-8.
 size_t FindForbidden(std::string_view text, size_t from = 0);
 
-// The same for a code point.
-bool IsXmlCharacter(char32_t character);
-
 constexpr bool IsXmlSpace(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
+// Whether an XML document can hold a code point.
+constexpr bool IsXmlCharacter(char32_t character) {
+    return character < 0x20 ? IsXmlSpace(static_cast<char>(character))
+                            : character < 0xD800 || (character > 0xDFFF && character < 0xFFFE) ||
+                                  (character > 0xFFFF && character < 0x110000);
 }
 
 // These throw Refusal for what may not enter a document, as the contract says.
