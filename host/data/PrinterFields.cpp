@@ -9,7 +9,6 @@
 #include "compatible/Ascii.h"
 #include "host/common/Errors.h"
 #include "host/common/TextTable.h"
-#include "host/data/ArgumentChecks.h"
 #include "host/data/LanguageTexts.h"
 
 namespace tallyquist {
@@ -71,12 +70,16 @@ bool IsMacAddress(const std::string& text) {
     return true;
 }
 
+}  // namespace
+
 void SetMacAddress(Printer& printer, const Argument& argument) {
     if (!argument.text.empty() && !IsMacAddress(argument.text)) {
         Refuse(argument, " is not a MAC address such as 00:1B:44:11:3A:B7");
     }
     printer.SetMacAddress(argument.text);
 }
+
+namespace {
 
 constexpr const char* BONJOUR = "bonjour";
 constexpr auto PORT_TYPES = std::to_array<std::string_view>({"usb", "ipv4", "ipv6", BONJOUR});

@@ -8,6 +8,7 @@
 #include "CostCountCommon/CommonPrinterInfo.h"
 #include "host/common/Command.h"
 #include "host/common/Json.h"
+#include "host/data/ArgumentChecks.h"
 
 namespace tallyquist {
 
@@ -19,6 +20,9 @@ std::string ShownNameOf(const CCommonPrinterInfo& printer);
 // All fields, called as in the file. Authentication information only with `showSecrets`.
 Json JsonOf(const CCommonPrinterInfo& printer, bool showSecrets);
 std::string TableOf(const CCommonPrinterInfo& printer, bool showSecrets);
+
+// Throws UsageError for what is no MAC address; an empty one is taken.
+void SetMacAddress(CCommonPrinterInfo& printer, const Argument& argument);
 
 // The options that set fields.
 class PrinterArguments {

@@ -2,16 +2,15 @@
 
 #include <algorithm>
 #include <functional>
-#include <limits>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "host/common/Errors.h"
 #include "host/common/Json.h"
 #include "host/common/Printable.h"
 #include "host/common/StandardOutput.h"
 #include "host/common/TextTable.h"
+#include "host/data/PrinterChoice.h"
 #include "host/data/PrinterFields.h"
 #include "host/data/PrinterListFile.h"
 
@@ -21,8 +20,7 @@ namespace {
 struct PrintersOptions {
     bool json = false;
     bool showSecrets = false;
-    std::string serial;
-    unsigned int nth = 0;  // of those with that serial number; 0: there is only one
+    PrinterChoice chosen;
     PrinterArguments added;
     PrinterArguments changed;
 };
@@ -30,33 +28,6 @@ struct PrintersOptions {
 auto HasSerial(const std::string& serial) {
     return
         [&serial](const CCommonPrinterInfo& printer) { return SerialNumberOf(printer) == serial; };
-}
-
-[[noreturn]] void FailToFind(const PrinterListFile& file, const std::string& serial) {
-    throw CommandError(Visible(file.Path()) + ": no printer has the serial number " +
-                       Printable(serial));
-}
-
-// Other programs may list printers of one serial number, or without any; none of them is guessed
-// at.
-Printers::iterator Find(const PrinterListFile& file, Printers& printers,
-                        const PrintersOptions& options) {
-    std::vector<Printers::iterator> found;
-    for (auto printer = printers.begin(); printer != printers.end(); ++printer) {
-        if (SerialNumberOf(*printer) == options.serial) {
-            found.push_back(printer);
-        }
-    }
-    if (found.empty()) {
-        FailToFind(file, options.serial);
-    }
-    if (options.nth == 0 ? found.size() > 1 : options.nth > found.size()) {
-        throw CommandError(Visible(file.Path()) + ": " + std::to_string(found.size()) +
-                           (found.size() > 1 ? " printers have" : " printer has") +
-                           " the serial number " + Printable(options.serial) +
-                           "; --nth tells which one, in the order of 'tallyquist printers list'");
-    }
-    return found.at(std::max(options.nth, 1U) - 1);
 }
 
 void RefuseTwice(const PrinterListFile& file, const Printers& printers, const std::string& serial) {
@@ -111,7 +82,7 @@ void ListPrinters(const PrintersOptions& options) {
 void ShowPrinter(const PrintersOptions& options) {
     PrinterListFile file;
     Printers printers = file.Read().value_or(Printers());
-    const CCommonPrinterInfo& printer = *Find(file, printers, options);
+    const CCommonPrinterInfo& printer = *FindPrinter(file, printers, options.chosen);
     if (options.json) {
         WriteJson(JsonOf(printer, options.showSecrets));
     } else {
@@ -138,10 +109,12 @@ void ChangePrinter(
     const char* what) {
     PrinterListFile file;
     if (!file.Read()) {
-        FailToFind(file, options.serial);
+        FailToFindPrinter(file, options.chosen.serial);
     }
-    file.Change([&](Printers& printers) { change(file, printers, Find(file, printers, options)); });
-    Report(file, options.serial, what);
+    file.Change([&](Printers& printers) {
+        change(file, printers, FindPrinter(file, printers, options.chosen));
+    });
+    Report(file, options.chosen.serial, what);
 }
 
 void SetPrinter(const PrintersOptions& options) {
@@ -154,7 +127,7 @@ void SetPrinter(const PrintersOptions& options) {
             CCommonPrinterInfo changed = *printer;
             options.changed.ApplyTo(changed);
             const std::string serial = SerialNumberOf(changed);
-            if (serial != options.serial) {
+            if (serial != options.chosen.serial) {
                 RefuseTwice(file, printers, serial);
             }
             *printer = changed;
@@ -190,24 +163,9 @@ Command AddPrintersCommand(CLI::App& program) {
         return command;
     };
     const auto addSerial = [&](CLI::App* command) {
-        CLI::Option* serial =
-            command
-                ->add_option("SERIAL", options->serial,
-                             "The printer's serial number; may be left out with --nth.")
-                ->type_name("")
-                ->check(NotEmpty());
-        CLI::Option* nth =
-            command
-                ->add_option("--nth", options->nth,
-                             "Which one of several of that serial number, or of those without one, "
-                             "in the order of the list.")
-                ->option_text("NUMBER")
-                ->check(CLI::Range(1U, std::numeric_limits<unsigned int>::max()));
-        command->callback([serial, nth] {
-            if (serial->count() == 0 && nth->count() == 0) {
-                throw CLI::RequiredError("SERIAL");
-            }
-        });
+        const PrinterChoiceOptions given = AddPrinterChoice(*command, "SERIAL", options->chosen);
+        given.serial->type_name("");
+        command->callback([given] { given.Require(); });
         return command;
     };
     const CLI::App* list = addReading("list", "List the printers.",
