@@ -24,6 +24,7 @@
 #include "host/info/PapersCommand.h"
 #include "host/info/PathsCommand.h"
 #include "host/input/RowSource.h"
+#include "host/messages/MessageCommand.h"
 #include "host/settings/DbCommand.h"
 #include "host/settings/SettingsCommand.h"
 
@@ -55,6 +56,7 @@ constexpr auto ADD_COMMANDS = std::to_array<tallyquist::Command (*)(CLI::App&)>(
     tallyquist::AddCostsCommand,
     tallyquist::AddCapsCommand,
     tallyquist::AddUserCommand,
+    tallyquist::AddMessageCommand,
 });
 
 // Sends the user to the help of the command at hand, or of the program when there is none.
