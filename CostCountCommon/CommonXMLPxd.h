@@ -274,7 +274,8 @@ public:
                                      bool last);
 
     // `data` is `size` bytes from another process, whatever they are. On failure the outputs are as
-    // they were. The parsers leave the object without a document.
+    // they were; without data `*err` is, too. The parsers leave the object without a document. They
+    // look for the elements, not at the name of the root element.
 
     // Makes the message the object's own document, in place of an earlier one, which stays after a
     // failure. Its root element, null on failure.

@@ -5,7 +5,8 @@
 // whether it dies in the middle: whatever is no message, or more than MAX_SIZE bytes, is told once
 // and dropped up to the next XML declaration ("<?xml"), with which every message of the library
 // begins. For that reason the text "<?xml " stands nowhere else in a message, not in comments
-// either. Document types are no part of messages.
+// either. Document types, byte order marks, and comments behind the root element are no part of
+// messages.
 //
 // What the reader gives has as many end tags as start tags; whether it is well-formed is the
 // parser's to find out. One thread at a time. No exception leaves it. Outputs are never null.
@@ -28,14 +29,15 @@ public:
     // In bytes, and more than enough.
     static constexpr size_t MAX_SIZE = 1024 * 1024;
 
-    // Waits for the next message from `pipe`, a descriptor that the caller has opened and always
-    // gives the same reader, for at most so many milliseconds; 0xFFFFFFFF is forever. `*message`
+    // Waits for the next message from `pipe`, a descriptor that is open for reading and always
+    // given to the same reader, for at most so many milliseconds; 0xFFFFFFFF is forever. `*message`
     // is set to the message, or to the broken bytes. A cancellation point.
     BntRead Read(int pipe, unsigned int milliseconds, std::string* message);
 
     // The same for bytes that come otherwise.
     bool Append(const char* bytes, size_t size);  // false when there is no memory
-    // MESSAGE or BROKEN with `*message` set, or END when there is no whole message.
+    // MESSAGE or BROKEN with `*message` set, END when there is no whole message, or FAILED when
+    // there is no memory, which loses nothing.
     BntRead Next(std::string* message);
     // As Next when nothing will follow: what is left of a message is broken.
     BntRead Finish(std::string* message);

@@ -18,8 +18,8 @@ using std::chrono::steady_clock;
 
 constexpr unsigned int NO_LIMIT = 0xFFFFFFFF;
 
-// Of most reads; a message is mostly below one.
-constexpr size_t CHUNK = 4096;
+// What a pipe holds unless it was told otherwise, so that one read takes all of it.
+constexpr size_t CHUNK = 65536;
 
 // White space follows.
 constexpr std::string_view DECLARATION = "<?xml";
@@ -63,6 +63,10 @@ private:
 }  // namespace
 
 BntRead CBntMessageReader::Read(int pipe, unsigned int milliseconds, std::string* message) {
+    if (pipe < 0) {
+        errno = EBADF;  // poll would wait for it
+        return BntRead::FAILED;
+    }
     const Deadline deadline(milliseconds);
     // What comes may be no message for as long as it comes: the time limit holds all the same.
     for (bool isFirst = true;; isFirst = false) {
@@ -98,10 +102,13 @@ BntRead CBntMessageReader::Read(int pipe, unsigned int milliseconds, std::string
 }
 
 bool CBntMessageReader::Append(const char* bytes, size_t size) try {
-    m_bytes.erase(0, m_start);
-    m_at -= m_start;
-    m_token -= std::min(m_token, m_start);  // of no message when it is smaller
-    m_start = 0;
+    // Not each time: when little was taken, much would be moved.
+    if (m_start > m_bytes.size() / 2) {
+        m_bytes.erase(0, m_start);
+        m_at -= m_start;
+        m_token -= std::min(m_token, m_start);  // of no message when it is smaller
+        m_start = 0;
+    }
     m_bytes.append(bytes, size);
     return true;
 } catch (const std::exception&) {
@@ -161,10 +168,11 @@ size_t CBntMessageReader::DeclarationFrom(size_t from) const {
 
 // Hands out what ends there; the next message begins there.
 BntRead CBntMessageReader::Give(size_t end, BntRead what, std::string* message) try {
-    message->assign(m_bytes, m_start, end - m_start);
-    m_start = m_at = end;
+    m_at = m_start;  // whatever becomes of it, the next look begins at a message's beginning
     m_kind = Token::TEXT;
     m_depth = 0;
+    message->assign(m_bytes, m_start, end - m_start);
+    m_start = m_at = end;
     m_isDropping = what == BntRead::BROKEN;
     return what;
 } catch (const std::exception&) {

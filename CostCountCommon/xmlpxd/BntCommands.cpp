@@ -142,6 +142,7 @@ auto RetryWriter(SystemSettingFiles& settings, void* root) {
 template <typename Fill, typename NotConverted>
 unsigned int Build(CCommonXmlPxd& xml, const char* base, std::string* out, Fill fill,
                    NotConverted notConverted) try {
+    xml.CloseXml();  // an earlier document goes, whatever comes
     const CurrentXml message(xml, base == nullptr ? "" : base, XmlSource::TEMPLATE);
     const xmlpxd::IndexedTags indexed(xml);
     if (message.Root() == nullptr || !fill(message.Root())) {
@@ -167,7 +168,7 @@ unsigned int Build(CCommonXmlPxd& xml, const char* base, std::string* out, Fill 
 
 const std::string* CCommonXmlPxd::Keyword(unsigned int key) const {
     const auto found = m_CommandKeys.find(key);
-    return found == m_CommandKeys.end() ? nullptr : &found->second;
+    return key == NO_KEY || found == m_CommandKeys.end() ? nullptr : &found->second;
 }
 
 bool CCommonXmlPxd::SetKeyword(void* start, unsigned int tagId, unsigned int key) {
@@ -279,14 +280,21 @@ unsigned int CCommonXmlPxd::CreateResultCommand(std::string* out, const CCommonP
         return false;
     };
     const auto fill = [&](void* root) {
+        // False also without memory, which is logged as any other failure is.
+        const auto set = [&](unsigned int tagId, const std::string& text) {
+            try {
+                return SetElementBySettingValue(root, tagId, text);
+            } catch (const std::exception&) {
+                return false;
+            }
+        };
         if (isBnt) {
-            if (!SetElementBySettingValue(root, XMLTAG_RESULT_PRINTERID,
-                                          TextOf<&CCommonPrinterInfo::GetMacAddress>(printer))) {
+            if (!set(XMLTAG_RESULT_PRINTERID,
+                     TextOf<&CCommonPrinterInfo::GetMacAddress>(printer))) {
                 return false;
             }
             // Receivers do without this element.
-            if (!SetElementBySettingValue(root, XMLTAG_RESULT_IP_CHANGED,
-                                          ipChanged ? "yes" : "no")) {
+            if (!set(XMLTAG_RESULT_IP_CHANGED, ipChanged ? "yes" : "no")) {
                 log(__LINE__, "SetElementBySettingValue(XMLTAG_ID_BNTRES_IPCHANGED) failed.");
             }
         }
@@ -301,10 +309,10 @@ unsigned int CCommonXmlPxd::CreateResultCommand(std::string* out, const CCommonP
             return log(__LINE__, "can not find itMessageType in m_CommandKeys.");
         }
         // Both results call their element so.
-        if (!SetElementBySettingValue(root, XMLTAG_RESULT_RESULT, *keyword)) {
+        if (!set(XMLTAG_RESULT_RESULT, *keyword)) {
             return log(__LINE__, "SetElementBySettingValue(XMLTAG_ID_BNTRES_RESULT) failed.");
         }
-        return SetElementBySettingValue(root, XMLTAG_RESULT_LAST, DigitOf(last)) ||
+        return set(XMLTAG_RESULT_LAST, DigitOf(last)) ||
                log(__LINE__, "SetElementBySettingValue(XMLTAG_ID_BNTRES_LAST) failed.");
     };
     return Build(*this, isBnt ? BNT_RESULT_TEMPLATE : DETCH_RESULT_TEMPLATE, out, fill,

@@ -163,7 +163,7 @@ public:
         return m_root != nullptr;
     }
 
-    TextRead Read(unsigned int tag, std::string* text) {
+    TextRead Read(unsigned int tag, std::string* text) try {
         const std::string* name = m_xml.ChildName(tag, m_err);
         PNODE element = name == nullptr ? nullptr : m_children->Find(*name, m_err);
         if (element == nullptr) {
@@ -175,6 +175,9 @@ public:
         }
         text->swap(data.m_Values.front());
         return TextRead::DONE;
+    } catch (const std::exception&) {
+        *m_err = XMLPXD_OUT_OF_MEMORY;
+        return TextRead::UNREAD;
     }
 
     // Up to the first that fails.

@@ -1,6 +1,7 @@
 #include "CostCountCommon/xmlpxd/ChildElements.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include "CostCountCommon/xmlpxd/Print.h"
@@ -43,7 +44,7 @@ bool NextChild(const XMLPXD_FUNCLIST& functions, PNODE parent, PNODE last, Named
     return true;
 }
 
-PNODE ChildElements::Find(const std::string& name, unsigned int* err) {
+PNODE ChildElements::Find(const std::string& name, unsigned int* err) try {
     const auto passed = std::find_if(m_passed.begin(), m_passed.end(),
                                      [&](const NamedNode& child) { return child.name == name; });
     if (passed != m_passed.end()) {
@@ -58,6 +59,9 @@ PNODE ChildElements::Find(const std::string& name, unsigned int* err) {
             return m_passed.back().node.Get();
         }
     }
+    return nullptr;
+} catch (const std::exception&) {
+    *err = XMLPXD_OUT_OF_MEMORY;
     return nullptr;
 }
 
