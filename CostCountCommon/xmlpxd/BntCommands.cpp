@@ -62,11 +62,12 @@ constexpr KeywordRow RESULTS[] = {
     {BNTRESULT_LOCK_TIMEOUT_INCOMP, COMMANDKEY_LOCK_TIMEOUT_INCOMP},
 };
 
-template <size_t N>
-unsigned int KeyOf(const KeywordRow (&rows)[N], unsigned int value) {
+template <size_t N, typename Value>
+unsigned int KeyOf(const KeywordRow (&rows)[N], Value value) {
     const auto* const row =
-        std::find_if(std::begin(rows), std::end(rows),
-                     [value](const KeywordRow& candidate) { return candidate.value == value; });
+        std::find_if(std::begin(rows), std::end(rows), [value](const KeywordRow& candidate) {
+            return candidate.value == static_cast<unsigned int>(value);
+        });
     return row == std::end(rows) ? NO_KEY : row->key;
 }
 
@@ -275,7 +276,7 @@ unsigned int CCommonXmlPxd::CreateBNTRetCommand(std::string* out, BNTCMDRET_TYPE
 unsigned int CCommonXmlPxd::CreateResultCommand(std::string* out, const CCommonPrinterInfo& printer,
                                                 unsigned int resultType, bool isBnt, bool ipChanged,
                                                 bool last) {
-    const auto log = [](int line, const char* message) {
+    const auto log = [](unsigned int line, const char* message) {
         LibLogger().WriteLog(SOURCE, line, 'e', 0, "%s", message);
         return false;
     };
