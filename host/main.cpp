@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdio>
@@ -10,6 +11,7 @@
 #include <new>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/ExportArguments.h"
@@ -88,6 +90,25 @@ int Answer(const CLI::App& program, const CLI::ParseError& error) {
     return code == 0 ? DONE : WRONG_USAGE;
 }
 
+// The arguments from the last to the first, as the command line library takes them. It would take
+// the argument after "--option=" for the option's value, which is the empty text.
+std::vector<std::string> ReversedArguments(int argc, char** argv) {
+    std::vector<std::string> arguments;
+    bool areOptions = true;
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view argument = argv[i];
+        areOptions = areOptions && argument != "--";
+        const bool isEmptyValue =
+            areOptions && argument.starts_with("--") && argument.find('=') == argument.size() - 1;
+        arguments.emplace_back(argument.substr(0, argument.size() - (isEmptyValue ? 1 : 0)));
+        if (isEmptyValue) {
+            arguments.emplace_back();
+        }
+    }
+    std::reverse(arguments.begin(), arguments.end());
+    return arguments;
+}
+
 int Run(int argc, char** argv) {
     CLI::App program("Printer job-cost accounting.", "tallyquist");
     program.set_version_flag("--version", "tallyquist " TALLYQUIST_VERSION);
@@ -99,7 +120,7 @@ int Run(int argc, char** argv) {
         commands.push_back(add(program));
     }
     try {
-        program.parse(argc, argv);
+        program.parse(ReversedArguments(argc, argv));
     } catch (const CLI::ParseError& error) {
         return Answer(program, error);
     }

@@ -28,10 +28,12 @@ class CBntMessageReader {
 public:
     // In bytes, and more than enough.
     static constexpr size_t MAX_SIZE = 1024 * 1024;
+    // As a time limit in milliseconds: none.
+    static constexpr unsigned int FOREVER = 0xFFFFFFFF;
 
     // Waits for the next message from `pipe`, a descriptor that is open for reading and always
-    // given to the same reader, for at most so many milliseconds; 0xFFFFFFFF is forever. `*message`
-    // is set to the message, or to the broken bytes. A cancellation point.
+    // given to the same reader, for at most so many milliseconds. `*message` is set to the message,
+    // or to the broken bytes. A cancellation point.
     BntRead Read(int pipe, unsigned int milliseconds, std::string* message);
 
     // The same for bytes that come otherwise.

@@ -16,8 +16,6 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-constexpr unsigned int NO_LIMIT = 0xFFFFFFFF;
-
 // What a pipe holds unless it was told otherwise, so that one read takes all of it.
 constexpr size_t CHUNK = 65536;
 
@@ -41,7 +39,8 @@ bool IsSpace(char byte) {
 class Deadline {
 public:
     explicit Deadline(unsigned int limit)
-        : m_isSet(limit != NO_LIMIT), m_end(steady_clock::now() + milliseconds(limit)) {}
+        : m_isSet(limit != CBntMessageReader::FOREVER),
+          m_end(steady_clock::now() + milliseconds(limit)) {}
 
     bool HasPassed() const { return m_isSet && steady_clock::now() >= m_end; }
 

@@ -160,6 +160,7 @@ unsigned int Build(CCommonXmlPxd& xml, const char* base, std::string* out, Fill 
     return FAILED;  // out of memory
 }
 
+// For builders that deliberately say nothing of it.
 template <typename Fill>
 unsigned int Build(CCommonXmlPxd& xml, const char* base, std::string* out, Fill fill) {
     return Build(xml, base, out, fill, [](int, unsigned int) {});

@@ -4,8 +4,23 @@
 
 namespace tallyquist {
 
+namespace {
+
+constexpr int ON_ONE_LINE = -1;
+
+void Write(const Json& json, int indentation) {
+    WriteStandardOutput(
+        json.dump(indentation, ' ', false, Json::error_handler_t::replace).append("\n"));
+}
+
+}  // namespace
+
 void WriteJson(const Json& json) {
-    WriteStandardOutput(json.dump(2, ' ', false, Json::error_handler_t::replace).append("\n"));
+    Write(json, 2);
+}
+
+void WriteJsonLine(const Json& json) {
+    Write(json, ON_ONE_LINE);
 }
 
 }  // namespace tallyquist

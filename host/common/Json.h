@@ -12,4 +12,7 @@ using Json = nlohmann::ordered_json;
 // by U+FFFD. Throws CommandError.
 void WriteJson(const Json& json);
 
+// The same on one line.
+void WriteJsonLine(const Json& json);
+
 }  // namespace tallyquist

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <memory>
 #include <string>
 
 #include "host/common/Errors.h"
@@ -17,6 +18,11 @@ namespace {
 
 // A file without a name; without a place for one, the lines are lost, which is better than to fail.
 FileDescriptor TemporaryFile() {
+    // Where the system can, this file never has a name that a signal could leave behind.
+    const std::unique_ptr<FILE, int (*)(FILE*)> nameless(std::tmpfile(), std::fclose);
+    if (nameless != nullptr) {
+        return FileDescriptor(fcntl(fileno(nameless.get()), F_DUPFD_CLOEXEC, 0));
+    }
     const char* named = std::getenv("TMPDIR");
     std::string path = named != nullptr && *named != '\0' ? named : "/tmp";
     path.append("/tallyquist-XXXXXX");

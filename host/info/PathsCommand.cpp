@@ -8,6 +8,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "CostCountCommon/CommonUtility.h"
 #include "CostCountCommon/include/MacUtility.h"
 #include "host/common/Json.h"
 #include "host/common/StandardOutput.h"
@@ -35,6 +36,11 @@ bool PluginFolder(std::string* path) {
     return true;
 }
 
+// Where the background tools' named pipes lie.
+bool PipeFolder(std::string* path) {
+    return CCommonUtility::CreatePipeName("", path);
+}
+
 struct Folder {
     const char* key;
     bool (*resolve)(std::string* path);
@@ -49,6 +55,7 @@ constexpr auto FOLDERS = std::to_array<Folder>({
     {"resources", GetResourcesPath},
     {"core_plugin_resources", CorePluginResources},
     {"plugin_folder", PluginFolder},
+    {"pipe_folder", PipeFolder},
 });
 
 // Keys of GetPluginFilePath: those of texts, and those of paths.

@@ -122,8 +122,8 @@ void AddAnswer(CLI::App& line, BuildOptions& options) {
             ->excludes(mac)
             ->excludes(ipChanged);
     line.callback([=] {
-        if (mac->count() == 0 && detch->count() == 0) {
-            printer.Require();
+        if (mac->count() == 0 && detch->count() == 0 && !printer.IsGiven()) {
+            throw CLI::RequiredError("--printer, --mac or --detch");
         }
     });
 }
@@ -256,8 +256,9 @@ void Build(const Kind& kind, BuildOptions& options) {
     const std::string message = BuildMessage(kind, options);
     if (options.send) {
         SendMessage(options.pipe, message, PATIENCE);
-        WriteStandardOutput(Visible(options.pipe) + ": " + kind.name + " sent, " +
-                            std::to_string(message.size()) + " bytes\n");
+        // Not a result: nothing that is wrong with standard output makes a sent message fail.
+        std::fprintf(stderr, "tallyquist: %s: %s sent, %zu bytes\n", Visible(options.pipe).c_str(),
+                     kind.name, message.size());
         return;
     }
     WriteStandardOutput(message.ends_with('\n') ? message : message + "\n");
@@ -292,13 +293,23 @@ Command AddParseCommand(CLI::App& parent) {
     CLI::App* line = AddCommandLine(parent, "parse", "Show what messages say.");
     line->add_option("FILE", options->path,
                      "The messages, one after the other; a named pipe is read until nobody writes "
-                     "to it any more. None, or -, reads standard input.")
+                     "to it any more, unless told otherwise. None, or -, reads standard input.")
         ->type_name("")
         ->check(NotEmpty());
-    line->add_flag("--json", options->json, "Print an array of objects for programs, at the end.");
+    line->add_option("--count", options->count, "End after so many messages.")
+        ->option_text("NUMBER")
+        ->check(CLI::Range(size_t{1}, std::numeric_limits<size_t>::max()));
+    line->add_flag("--follow", options->follow,
+                   "Go on when nobody writes to the named pipe any more, and wait for the next.");
+    line->add_flag(
+        "--json", options->json,
+        "Print an array of objects for programs, at the end; with --follow an object per "
+        "line, at once.");
     line->add_flag("--show-secrets", options->showSecrets, "Show passwords too.");
     line->footer(
         "What is no message, or cannot be read, is told on standard error, and the rest is read.\n"
+        "Between two runs on one pipe messages can get lost: --follow and --count hold it open, so\n"
+        "that several senders can write one after the other.\n"
         "Exit codes: 0 done, 1 failed, not all was read or there was no message, 2 wrong usage.");
     return {line, [options] { ShowMessages(*options); }};
 }

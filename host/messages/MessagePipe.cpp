@@ -21,7 +21,8 @@ using Clock = std::chrono::steady_clock;
 
 void RequirePipe(const std::string& path, int statResult, const struct stat& status) {
     if (statResult != 0) {
-        Fail(path, std::strerror(errno));
+        Fail(path, std::string(std::strerror(errno)) +
+                       (errno == ENOENT ? " (whoever reads the pipe makes it, with mkfifo)" : ""));
     }
     if (!S_ISFIFO(status.st_mode)) {
         Fail(path, "is not a pipe");

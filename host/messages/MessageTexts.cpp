@@ -1,5 +1,6 @@
 #include "host/messages/MessageTexts.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -24,7 +25,8 @@ namespace tallyquist {
 namespace {
 
 constexpr const char* PASSWORD = "password";
-constexpr unsigned int FOREVER = 0xFFFFFFFF;
+// Of faults; a peer that sends nothing else must not fill a log.
+constexpr size_t MAX_TOLD = 20;
 
 // A message on its way through the library.
 struct Message {
@@ -101,12 +103,12 @@ bool ReadDetchResult(Message& message, Json* elements) {
     return isRead;
 }
 
-struct Kind {
+struct KindReader {
     const char* root;
     bool (*read)(Message& message, Json* elements);
 };
 
-constexpr auto KINDS = std::to_array<Kind>({
+constexpr auto READERS = std::to_array<KindReader>({
     {"bntcmd", ReadCommand},
     {"bntcmdret", ReadReply},
     {"bntresult", ReadResult},
@@ -138,8 +140,9 @@ Json Parse(XmlLayer& xml, const std::string& bytes) {
         return message.err == XMLPXD_OUT_OF_MEMORY ? "not enough memory" : "not well-formed XML";
     }
     const auto* const kind =
-        std::find_if(KINDS.begin(), KINDS.end(), [&](const Kind& one) { return one.root == name; });
-    if (kind == KINDS.end()) {
+        std::find_if(READERS.begin(), READERS.end(),
+                     [&](const KindReader& reader) { return reader.root == name; });
+    if (kind == READERS.end()) {
         return "the root element " + Printable(name) + " is that of no message";
     }
     Json elements;
@@ -170,76 +173,117 @@ Json ForPrograms(Json message, bool showSecrets) {
     return message;
 }
 
-// Bytes that may hold a password, or the rest of one, are not shown.
-std::string DescribeBroken(const std::string& bytes, bool showSecrets) {
-    const bool isShown = showSecrets || bytes.find(PASSWORD) == std::string::npos;
-    return isShown ? "no message: " + Printable(bytes)
-                   : "no message; not shown without --show-secrets";
-}
-
 void BindQuietly(XmlLayer& xml) {
     const LibraryOutput quiet;
     xml.Bind();
 }
 
-FileDescriptor OpenInput(const std::string& path, const std::string& shown) {
-    // A pipe without a writer waits for one.
-    FileDescriptor input = path == "-" ? FileDescriptor(fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0))
-                                       : FileDescriptor::Open(path.c_str(), O_RDONLY);
-    if (!input.IsOpen()) {
-        throw CommandError("cannot read " + shown + ": " + std::strerror(errno));
+FileDescriptor OpenInput(const ShowMessagesOptions& options) {
+    if (options.path == "-") {
+        return FileDescriptor(fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0));
     }
-    return input;
+    struct stat status {};
+    const bool isPipe = stat(options.path.c_str(), &status) == 0 && S_ISFIFO(status.st_mode);
+    // A pipe that has a writer, this program, is never at its end. One without waits for one.
+    const bool isHeldOpen = isPipe && (options.follow || options.count != 0);
+    return FileDescriptor::Open(options.path.c_str(), isHeldOpen ? O_RDWR : O_RDONLY);
 }
+
+class MessagePrinter {
+public:
+    explicit MessagePrinter(const ShowMessagesOptions& options)
+        : m_options(options),
+          m_shown(options.path == "-" ? "standard input" : Visible(options.path)) {
+        BindQuietly(m_xml);
+    }
+
+    void PrintAll() {
+        const FileDescriptor input = OpenInput(m_options);
+        const bool isRead = input.IsOpen() && Read(input);
+        const int reason = errno;
+        if (m_options.json && !m_options.follow && (isRead || m_messages != 0)) {
+            WriteJson(m_list);
+        }
+        if (!isRead) {
+            throw CommandError("cannot read " + m_shown + ": " + std::strerror(reason));
+        }
+        if (m_faults != 0 || m_messages == 0) {
+            throw CommandError(m_shown + Conclusion());
+        }
+    }
+
+private:
+    // False, with errno set, when reading failed.
+    bool Read(const FileDescriptor& input) {
+        CBntMessageReader reader;
+        std::string bytes;
+        while (m_options.count == 0 || m_messages < m_options.count) {
+            switch (reader.Read(input.Number(), CBntMessageReader::FOREVER, &bytes)) {
+                case BntRead::MESSAGE:
+                    ++m_messages;
+                    Print(bytes);
+                    break;
+                case BntRead::BROKEN:
+                    // Without being asked to, nothing is shown that may be a piece of a password.
+                    TellFault(m_messages == 0 ? std::string("before message 1")
+                                              : "after message " + std::to_string(m_messages),
+                              m_options.showSecrets
+                                  ? "no message: " + Printable(bytes)
+                                  : "no message; not shown without --show-secrets");
+                    break;
+                case BntRead::END:
+                    return true;
+                case BntRead::FAILED:
+                case BntRead::TIMED_OUT:
+                    return false;
+            }
+        }
+        return true;
+    }
+
+    void Print(const std::string& bytes) {
+        const Json message = Parse(m_xml, bytes);
+        if (!message.is_object()) {
+            TellFault("message " + std::to_string(m_messages), message);
+        } else if (!m_options.json) {
+            WriteStandardOutput(m_separator + TableOf(message, m_options.showSecrets));
+            m_separator = "\n";
+        } else if (m_options.follow) {
+            WriteJsonLine(ForPrograms(message, m_options.showSecrets));
+        } else {
+            m_list.push_back(ForPrograms(message, m_options.showSecrets));
+        }
+    }
+
+    void TellFault(const std::string& where, const std::string& fault) {
+        if (++m_faults <= MAX_TOLD) {
+            std::fprintf(stderr, "tallyquist: %s: %s: %s\n", m_shown.c_str(), where.c_str(),
+                         fault.c_str());
+        }
+    }
+
+    std::string Conclusion() const {
+        if (m_faults == 0) {
+            return ": holds no message";
+        }
+        return m_faults <= MAX_TOLD
+                   ? ": not all of it could be read"
+                   : ": not all of it could be read, in " + std::to_string(m_faults) + " places";
+    }
+
+    const ShowMessagesOptions& m_options;
+    std::string m_shown;
+    XmlLayer m_xml;
+    Json m_list = Json::array();
+    std::string m_separator;
+    size_t m_messages = 0;
+    size_t m_faults = 0;
+};
 
 }  // namespace
 
 void ShowMessages(const ShowMessagesOptions& options) {
-    const std::string shown = options.path == "-" ? "standard input" : Visible(options.path);
-    XmlLayer xml;
-    BindQuietly(xml);
-    const FileDescriptor input = OpenInput(options.path, shown);
-    CBntMessageReader reader;
-    std::string bytes;
-    Json list = Json::array();
-    std::string separator;
-    size_t messages = 0;
-    size_t faults = 0;
-    const auto tell = [&](const std::string& where, const std::string& fault) {
-        ++faults;
-        std::fprintf(stderr, "tallyquist: %s: %s: %s\n", shown.c_str(), where.c_str(),
-                     fault.c_str());
-    };
-    BntRead read = reader.Read(input.Number(), FOREVER, &bytes);
-    for (; read == BntRead::MESSAGE || read == BntRead::BROKEN;
-         read = reader.Read(input.Number(), FOREVER, &bytes)) {
-        if (read == BntRead::BROKEN) {
-            tell(messages == 0 ? "before message 1" : "after message " + std::to_string(messages),
-                 DescribeBroken(bytes, options.showSecrets));
-            continue;
-        }
-        ++messages;
-        Json message = Parse(xml, bytes);
-        if (!message.is_object()) {
-            tell("message " + std::to_string(messages), message);
-        } else if (options.json) {
-            list.push_back(ForPrograms(std::move(message), options.showSecrets));
-        } else {
-            WriteStandardOutput(separator + TableOf(message, options.showSecrets));
-            separator = "\n";
-        }
-    }
-    const int reason = errno;
-    if (options.json) {
-        WriteJson(list);
-    }
-    if (read != BntRead::END) {
-        throw CommandError("cannot read " + shown + ": " + std::strerror(reason));
-    }
-    if (faults != 0 || messages == 0) {
-        throw CommandError(shown +
-                           (faults != 0 ? ": not all of it could be read" : ": holds no message"));
-    }
+    MessagePrinter(options).PrintAll();
 }
 
 }  // namespace tallyquist

@@ -43,6 +43,7 @@ TEST_F(PathsCommand, NamesEveryLocationAndWhetherItExists) {
         {"resources", m_contents + "/Resources"},
         {"core_plugin_resources", plugIns + "/qvtrelCore.plugin/Contents/Resources"},
         {"plugin_folder", plugIns},
+        {"pipe_folder", group + "/pipe"},
         {"install_path", fs::path(m_contents).parent_path().parent_path()},
         {"bnt_path", m_contents + "/Helpers/qvtrelBnt"},
         {"detch_path", m_contents + "/Helpers/qvtrelDetch"},
