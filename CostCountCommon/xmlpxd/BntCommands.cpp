@@ -11,7 +11,7 @@
 #include "CostCountCommon/xmlpxd/IndexedTags.h"
 #include "CostCountCommon/xmlpxd/OpenedXml.h"
 #include "CostCountCommon/xmlpxd/Steps.h"
-#include "CostCountCommon/xmlpxd/SystemSettingFiles.h"
+#include "CostCountCommon/xmlpxd/SystemSettings.h"
 
 namespace {
 

@@ -199,7 +199,8 @@ public:
         return true;
     }
 
-    // A message without this element is complete; what is wrong is only logged.
+    // A message without this element is complete; what is wrong is only logged. To be called after
+    // the rows were read, which brings the index of names up to date.
     bool ReadIpChanged() {
         std::string text;
         const TextRead result = Read(XMLTAG_RESULT_IP_CHANGED, &text);

@@ -10,7 +10,7 @@
 #include "CostCountCommon/include/MacUtility.h"
 #include "CostCountCommon/src/Log.h"
 #include "CostCountCommon/xmlpxd/NumberOf.h"
-#include "CostCountCommon/xmlpxd/SystemSettingFiles.h"
+#include "CostCountCommon/xmlpxd/SystemSettings.h"
 #include "CostCountCommon/xmlpxd/XmlNode.h"
 
 namespace {

@@ -3,7 +3,6 @@
 #include "host/common/StandardOutput.h"
 
 namespace tallyquist {
-
 namespace {
 
 constexpr int ON_ONE_LINE = -1;

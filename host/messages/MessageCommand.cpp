@@ -63,9 +63,9 @@ CLI::Option* AddWord(CLI::App& line, const char* name, std::string& word, const 
         ->check(CLI::IsMember(words).description(""));
 }
 
-template <typename Number>
-Number NumberOf(const std::string& word, const Words& words) {
-    return static_cast<Number>(std::find(words.begin(), words.end(), word) - words.begin());
+template <typename Enumeration>
+Enumeration ValueOf(const std::string& word, const Words& words) {
+    return static_cast<Enumeration>(std::find(words.begin(), words.end(), word) - words.begin());
 }
 
 void AddSender(CLI::App& line, BuildOptions& options) {
@@ -128,31 +128,38 @@ void AddAnswer(CLI::App& line, BuildOptions& options) {
     });
 }
 
+BNTCOMMAND_PRIORITY PriorityOf(const BuildOptions& options) {
+    return ValueOf<BNTCOMMAND_PRIORITY>(options.priority, PRIORITIES);
+}
+
+unsigned int BuildGet(XmlLayer& xml, BuildOptions& options, std::string* message) {
+    return xml.CreateBNTGetCommand(message, PriorityOf(options), options.printer,
+                                   options.processId);
+}
+
+unsigned int BuildExport(XmlLayer& xml, BuildOptions& options, std::string* message) {
+    return xml.CreateBNTScheduledExportCommand(message, PriorityOf(options), options.printer,
+                                               options.processId);
+}
+
+unsigned int BuildEnd(XmlLayer& xml, BuildOptions& options, std::string* message) {
+    return xml.CreateBNTEndCommand(message, options.processId);
+}
+
 template <BNTCOMMAND_TYPE TYPE>
-unsigned int BuildCommand(XmlLayer& xml, BuildOptions& options, std::string* message) {
-    const auto priority = NumberOf<BNTCOMMAND_PRIORITY>(options.priority, PRIORITIES);
-    switch (TYPE) {
-        case BNTCOMMAND_GET:
-            return xml.CreateBNTGetCommand(message, priority, options.printer, options.processId);
-        case BNTCOMMAND_SCHEDULED_EXPORT:
-            return xml.CreateBNTScheduledExportCommand(message, priority, options.printer,
-                                                       options.processId);
-        case BNTCOMMAND_END:
-            return xml.CreateBNTEndCommand(message, options.processId);
-        default:
-            return xml.CreateBNTRequestCommand(message, TYPE, priority, options.isReply,
-                                               options.processId, options.event.c_str());
-    }
+unsigned int BuildRequest(XmlLayer& xml, BuildOptions& options, std::string* message) {
+    return xml.CreateBNTRequestCommand(message, TYPE, PriorityOf(options), options.isReply,
+                                       options.processId, options.event.c_str());
 }
 
 unsigned int BuildReply(XmlLayer& xml, BuildOptions& options, std::string* message) {
-    return xml.CreateBNTRetCommand(message, NumberOf<BNTCMDRET_TYPE>(options.reply, REPLIES),
+    return xml.CreateBNTRetCommand(message, ValueOf<BNTCMDRET_TYPE>(options.reply, REPLIES),
                                    options.param);
 }
 
 unsigned int BuildAnswer(XmlLayer& xml, BuildOptions& options, std::string* message) {
     return xml.CreateResultCommand(message, options.printer,
-                                   NumberOf<BNTRESULT_TYPE>(options.result, RESULTS),
+                                   ValueOf<BNTRESULT_TYPE>(options.result, RESULTS),
                                    !options.isDetch, options.ipChanged, options.isLast);
 }
 
@@ -166,15 +173,14 @@ struct Kind {
 };
 
 constexpr auto KINDS = std::to_array<Kind>({
-    {"get", false, "The command to fetch a printer's data.", AddPrinterCommand,
-     BuildCommand<BNTCOMMAND_GET>},
+    {"get", false, "The command to fetch a printer's data.", AddPrinterCommand, BuildGet},
     {"export", false, "The command to fetch a printer's data for the scheduled export.",
-     AddPrinterCommand, BuildCommand<BNTCOMMAND_SCHEDULED_EXPORT>},
-    {"end", false, "The command to end.", AddSender, BuildCommand<BNTCOMMAND_END>},
-    {"start", false, "The request to start.", AddRequest, BuildCommand<BNTCOMMAND_REQUEST_START>},
-    {"stop", false, "The request to end.", AddRequest, BuildCommand<BNTCOMMAND_REQUEST_END>},
+     AddPrinterCommand, BuildExport},
+    {"end", false, "The command to end.", AddSender, BuildEnd},
+    {"start", false, "The request to start.", AddRequest, BuildRequest<BNTCOMMAND_REQUEST_START>},
+    {"stop", false, "The request to end.", AddRequest, BuildRequest<BNTCOMMAND_REQUEST_END>},
     {"result", false, "The request for the result.", AddRequest,
-     BuildCommand<BNTCOMMAND_REQUEST_RESULT>},
+     BuildRequest<BNTCOMMAND_REQUEST_RESULT>},
     {"reply", true, "The reply to a command.", AddReply, BuildReply},
     {"answer", true, "The result of a job.", AddAnswer, BuildAnswer},
 });
