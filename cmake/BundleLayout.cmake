@@ -16,7 +16,7 @@ endfunction()
 # Makes the module target NAME the code of the bundle PlugIns/NAME.plugin.
 function(tallyquist_plugin_bundle name)
     set(relative "PlugIns/${name}.plugin/Contents/")
-    set_target_properties(${name} PROPERTIES PREFIX "" SUFFIX ".so"
+    set_target_properties(${name} PROPERTIES PREFIX "" SUFFIX "${TALLYQUIST_CODE_SUFFIX}"
         LIBRARY_OUTPUT_DIRECTORY "${TALLYQUIST_CONTENTS}/${relative}${TALLYQUIST_CODE_FOLDER}")
     install(TARGETS ${name}
             DESTINATION "${TALLYQUIST_CONTENTS_INSTALL}/${relative}${TALLYQUIST_CODE_FOLDER}")

@@ -1,0 +1,37 @@
+// Texts of the main bundle in the user's language.
+#include <CoreFoundation/CoreFoundation.h>
+
+#include "CostCountCommon/src/platform/Platform.h"
+#include "CostCountCommon/src/platform/macos/CoreFoundationOwner.h"
+
+namespace platform {
+namespace {
+
+// No translation is this text. Asked for without a default, a missing key answers with itself.
+constexpr const char* MISSING = "\x01no such key\x01";
+
+}  // namespace
+
+std::optional<std::string> LocalizedString(const char* key) {
+    const CFBundleRef bundle = CFBundleGetMainBundle();
+    const Owned<CFStringRef> name(CreateString(key));
+    const Owned<CFStringRef> missing(CreateString(MISSING));
+    if (bundle == nullptr || name == nullptr || missing == nullptr) {
+        return std::nullopt;
+    }
+    const Owned<CFStringRef> found(
+        CFBundleCopyLocalizedString(bundle, name.get(), missing.get(), nullptr));
+    return found == nullptr || CFStringCompare(found.get(), missing.get(),
+                                               CFStringCompareFlags{}) == kCFCompareEqualTo
+               ? std::nullopt
+               : std::optional(TextOf(found.get()));
+}
+
+int LocalizationsCount() {
+    const CFBundleRef bundle = CFBundleGetMainBundle();
+    const Owned<CFArrayRef> languages(bundle == nullptr ? nullptr
+                                                        : CFBundleCopyBundleLocalizations(bundle));
+    return languages == nullptr ? 0 : static_cast<int>(CFArrayGetCount(languages.get()));
+}
+
+}  // namespace platform

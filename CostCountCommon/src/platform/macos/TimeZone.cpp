@@ -1,0 +1,11 @@
+#include <CoreFoundation/CoreFoundation.h>
+
+#include "CostCountCommon/src/platform/Platform.h"
+#include "CostCountCommon/src/platform/macos/CoreFoundationOwner.h"
+
+int platform::SecondsFromGmt() {
+    const Owned<CFTimeZoneRef> zone(CFTimeZoneCopyDefault());
+    return zone == nullptr ? 0
+                           : static_cast<int>(CFTimeZoneGetSecondsFromGMT(
+                                 zone.get(), CFAbsoluteTimeGetCurrent()));
+}
