@@ -4,9 +4,14 @@ set(TALLYQUIST_CONTENTS "${CMAKE_BINARY_DIR}/${TALLYQUIST_APP}/Contents")
 set(TALLYQUIST_CONTENTS_INSTALL "lib/${TALLYQUIST_APP}/Contents")
 
 # Writes the Info.plist of a bundle whose contents lie in `relative` below the application's, and installs it.
+# A bundle of resources alone must not name code that it lacks.
 function(tallyquist_info_plist name type relative)
     set(BUNDLE_NAME "${name}")
     set(BUNDLE_TYPE "${type}")
+    set(BUNDLE_EXECUTABLE "")
+    if(NOT "RESOURCES_ONLY" IN_LIST ARGN)
+        set(BUNDLE_EXECUTABLE "    <key>CFBundleExecutable</key>\n    <string>${name}</string>\n")
+    endif()
     configure_file("${CMAKE_SOURCE_DIR}/resources/Info.plist.in"
                    "${TALLYQUIST_CONTENTS}/${relative}Info.plist" @ONLY)
     install(FILES "${TALLYQUIST_CONTENTS}/${relative}Info.plist"
@@ -40,8 +45,7 @@ endfunction()
 tallyquist_info_plist(tallyquist APPL "")
 tallyquist_resources("" "" CMSystemSetting.cfg)
 
-# A bundle of resources, without code.
-tallyquist_info_plist(qvtrelCore BNDL PlugIns/qvtrelCore.plugin/Contents/)
+tallyquist_info_plist(qvtrelCore BNDL PlugIns/qvtrelCore.plugin/Contents/ RESOURCES_ONLY)
 tallyquist_resources(PlugIns/qvtrelCore.plugin/Contents/ qvtrelCore/
     CMUserSetting.cfg
     xmls/BNTCmdBase.xml

@@ -1,6 +1,6 @@
 # The one place where the build asks which system it is on. It picks the folder of the platform
 # seam's sources with what they need, the names of the folder and of the files that hold code in a
-# bundle, and the form of export lists.
+# bundle, the form of export lists, and the option of nm that lists what a plug-in exports.
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
     set(TALLYQUIST_PLATFORM linux)
     set(TALLYQUIST_PLATFORM_SOURCES
@@ -11,6 +11,7 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
     set(TALLYQUIST_CODE_FOLDER Linux)
     set(TALLYQUIST_CODE_SUFFIX .so)
     set(TALLYQUIST_EXPORT_OPTION --version-script=)
+    set(TALLYQUIST_NM_EXPORTED -D)
 elseif(CMAKE_SYSTEM_NAME STREQUAL "Darwin")
     enable_language(OBJCXX)
     set(TALLYQUIST_PLATFORM macos)
@@ -21,6 +22,7 @@ elseif(CMAKE_SYSTEM_NAME STREQUAL "Darwin")
     set(TALLYQUIST_CODE_FOLDER MacOS)
     set(TALLYQUIST_CODE_SUFFIX "")
     set(TALLYQUIST_EXPORT_OPTION -exported_symbols_list,)
+    set(TALLYQUIST_NM_EXPORTED -g)
 else()
     message(FATAL_ERROR "There is no platform backend for ${CMAKE_SYSTEM_NAME}.")
 endif()

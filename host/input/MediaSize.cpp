@@ -174,18 +174,22 @@ constexpr std::array<NamedSize, 68> NAMED_SIZES = {{
     {"roc16k", 7.75, 10.75, INCH},
 }};
 
-// A decimal number without sign or exponent.
+// A decimal number without sign or exponent. Not every C++ library reads such numbers without
+// asking the locale for the decimal point, but all read integers.
 std::optional<double> ParseDecimal(std::string_view text) {
-    if (text.empty() || text.find_first_not_of("0123456789.") != std::string_view::npos) {
+    if (text.find_first_not_of("0123456789.") != std::string_view::npos) {
         return std::nullopt;
     }
-    double value = 0;
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    std::string digits(text);
+    const size_t point = std::min(text.find('.'), text.size());
+    digits.erase(point, 1);
+    uint64_t value = 0;
+    const char* end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, value);
     if (error != std::errc() || stop != end) {
         return std::nullopt;
     }
-    return value;
+    return static_cast<double>(value) / std::pow(10.0, static_cast<double>(digits.size() - point));
 }
 
 std::optional<MediaSize> Measure(std::string_view width, std::string_view height, double unit) {

@@ -45,11 +45,9 @@ std::string WithoutTrailingSlashes(std::string path) {
     return path;
 }
 
-// Empty for nil.
+// Empty for nil. Not the file-system representation, which takes letters and their accents apart.
 std::string PathOf(NSString* path) {
-    // An empty path has no file-system representation; asking for one is an exception.
-    return [path length] == 0 ? std::string()
-                              : WithoutTrailingSlashes([path fileSystemRepresentation]);
+    return WithoutTrailingSlashes(Utf8Of(path));
 }
 
 }  // namespace
@@ -86,10 +84,8 @@ std::string ExpandTilde(const std::string& path) {
         return path;
     }
     const AutoreleasePool pool;
-    std::string expanded = Utf8Of([StringOf(path) stringByExpandingTildeInPath]);
-    return expanded.empty() || expanded.front() == '~'
-               ? path
-               : WithoutTrailingSlashes(std::move(expanded));
+    std::string expanded = PathOf([StringOf(path) stringByExpandingTildeInPath]);
+    return expanded.empty() || expanded.front() == '~' ? path : expanded;
 }
 
 pid_t Launch(const std::string& path, const std::string& argument, LaunchFailure* failure) {
@@ -120,7 +116,6 @@ bool ListFolder(const std::string& folder, std::vector<std::string>* names) {
     std::vector<std::string> found;
     found.reserve([entries count]);
     for (NSString* entry in entries) {
-        // Not the file-system representation, which takes letters and their accents apart.
         std::string name = Utf8Of(entry);
         if (!name.empty()) {
             found.push_back(std::move(name));

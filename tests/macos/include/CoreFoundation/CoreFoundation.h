@@ -33,7 +33,7 @@ enum CFComparisonResult : CFIndex {
     kCFCompareEqualTo,
     kCFCompareGreaterThan
 };
-enum CFStringCompareFlags : CFOptionFlags { kCFCompareCaseInsensitive = 1 };
+using CFStringCompareFlags = CFOptionFlags;  // options are plain numbers to C++
 enum CFNumberType : CFIndex { kCFNumberSInt64Type = 4 };
 enum CFURLPathStyle : CFIndex { kCFURLPOSIXPathStyle = 0 };
 enum : CFStringEncoding { kCFStringEncodingUTF8 = 0x08000100 };
