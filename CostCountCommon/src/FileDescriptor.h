@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstddef>
 #include <utility>
 
 #include "CostCountCommon/src/CancellationOff.h"
@@ -47,3 +48,17 @@ public:
 private:
     int m_number = -1;
 };
+
+// Writes all of it at the descriptor's offset; false with errno on failure. A cancellation point.
+[[nodiscard]] inline bool WriteWhole(int file, const char* data, size_t size) {
+    while (size > 0) {
+        const ssize_t written = write(file, data, size);
+        if (written < 0 && errno != EINTR) {
+            return false;
+        }
+        const size_t taken = written < 0 ? 0 : static_cast<size_t>(written);
+        data += taken;
+        size -= taken;
+    }
+    return true;
+}

@@ -95,16 +95,7 @@ bool ReplacingFile::Create(const std::string& target, Placement placement) {
 }
 
 bool ReplacingFile::Write(const char* data, size_t size) {
-    while (size > 0) {
-        const ssize_t written = write(m_file.Number(), data, size);
-        if (written < 0 && errno != EINTR) {
-            return false;
-        }
-        const size_t taken = written < 0 ? 0 : static_cast<size_t>(written);
-        data += taken;
-        size -= taken;
-    }
-    return true;
+    return WriteWhole(m_file.Number(), data, size);
 }
 
 bool ReplacingFile::Flush() {

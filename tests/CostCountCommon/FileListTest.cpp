@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <locale.h>
 
 #include <filesystem>
 #include <string>
@@ -12,8 +11,7 @@ namespace {
 
 TEST(FileList, HoldsWhatThePatternIsFoundIn) {
     const TempFolder folder;
-    for (const char* name :
-         {"xcfg", "a.cfg", "a.cfg.bak", "b.txt", ".hidden.cfg", "\u00E9", "\xFF.cfg"}) {
+    for (const char* name : {"xcfg", "a.cfg", "a.cfg.bak", "b.txt", ".hidden.cfg", "\u00DF"}) {
         WriteFile(folder.Path(name), "");
     }
     std::filesystem::create_directory(folder.Path("empty"));
@@ -25,7 +23,7 @@ TEST(FileList, HoldsWhatThePatternIsFoundIn) {
         {"/*.cfg", {".hidden.cfg", "a.cfg", "a.cfg.bak", "xcfg"}},
         {"//a*g//", {"a.cfg", "a.cfg.bak"}},
         {"/txt", {"b.txt"}},
-        {"/^.$", {"\u00E9"}},  // one character, two bytes
+        {"/^.$", {"\u00DF"}},  // one character, two bytes
         {"/(b|x)[.c]", {"b.txt", "xcfg"}},
         {"/A.CFG", {}},
         {"/[", {}},
@@ -47,7 +45,6 @@ TEST(FileList, HoldsWhatThePatternIsFoundIn) {
         names.erase(names.begin());
         EXPECT_EQ(row.expected, names) << row.pattern;
     }
-    EXPECT_EQ(LC_GLOBAL_LOCALE, uselocale(nullptr));
 }
 
 TEST(FileList, IsEmptyWithoutAFolderOrAName) {
@@ -57,8 +54,8 @@ TEST(FileList, IsEmptyWithoutAFolderOrAName) {
         MacGetFileList(pattern, names);
         EXPECT_EQ(0U, names.size()) << pattern;
     }
-    MacGetFileList("/^proc$", names);
-    EXPECT_EQ(std::vector<std::string>{"proc"}, names);
+    MacGetFileList("/^dev$", names);
+    EXPECT_EQ(std::vector<std::string>{"dev"}, names);
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
-// Usage: location_probe APPLICATION_TYPE WHAT ... Prints a line per key of GetPluginFilePath, or
-// name of another function: the result and the output, which is "unchanged" when the library leaves
-// it alone.
+// Usage: location_probe APPLICATION_TYPE WHAT ... Prints a line per key of GetPluginFilePath, name
+// of another function, or text:KEY for a localised text: the result and the output, which is
+// "unchanged" when the library leaves it alone.
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -33,6 +33,13 @@ bool Find(const std::string& what, std::string* path) {
     }
     if (what == "CreatePluginFolderURLRef") {
         return StorePath(CreatePluginFolderURLRef(), path);
+    }
+    if (what == "localizationsCount") {
+        *path = std::to_string(localizationsCount());
+        return true;
+    }
+    if (what.starts_with("text:")) {
+        return LoadResourceString(what.c_str() + 5, path) == -1;
     }
     return GetPluginFilePath(what.c_str(), path);
 }

@@ -1,7 +1,8 @@
 // Usage: process_probe ARGUMENT. Writes how it was started into the file that PROBE_OUTPUT names:
 // the number of arguments, then how many descriptors beyond the standard streams are open and how
 // many signals are blocked or ignored, then the argument. Ends as the argument says: "exit N", "end
-// by signal", "wait" for ever, "linger" for a moment and exit with 3; else with 0.
+// by signal", "wait" or "wait as USER" (a number) for ever, "linger" for a moment and exit with 3;
+// else with 0.
 #include <fcntl.h>
 #include <signal.h>
 #include <unistd.h>
@@ -37,10 +38,13 @@ int SuppressedSignals() {
 int main(int argc, char** argv) {
     const int descriptors = OpenDescriptors();
     const std::string argument = argc > 1 ? argv[1] : "";
-    if (const char* output = std::getenv("PROBE_OUTPUT")) {
-        std::ofstream(output, std::ios::binary)
-            << argc - 1 << ' ' << descriptors << ' ' << SuppressedSignals() << '\n'
-            << argument;
+    if (const char* path = std::getenv("PROBE_OUTPUT")) {
+        std::ofstream output(path, std::ios::binary);
+        if (argument.starts_with("wait as ") &&
+            setuid(static_cast<uid_t>(std::atoi(argument.c_str() + 8))) != 0) {
+            return 1;
+        }
+        output << argc - 1 << ' ' << descriptors << ' ' << SuppressedSignals() << '\n' << argument;
     }
     if (argument == "end by signal") {
         raise(SIGKILL);
@@ -48,7 +52,7 @@ int main(int argc, char** argv) {
         usleep(100000);
         return 3;
     }
-    while (argument == "wait") {
+    while (argument.starts_with("wait")) {
         pause();
     }
     return argument.starts_with("exit ") ? std::atoi(argument.c_str() + 5) : 0;

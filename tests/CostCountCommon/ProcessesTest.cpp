@@ -1,22 +1,26 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sys/prctl.h>
+#include <sys/stat.h>
 #include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 
 #include "CostCountCommon/include/MacUtility.h"
+#include "CostCountCommon/src/platform/Platform.h"
 #include "tests/support/Environment.h"
+#include "tests/support/Processes.h"
 #include "tests/support/RecordingLogger.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::string_literals;
 
 class Processes : public testing::Test {
 protected:
@@ -30,40 +34,16 @@ protected:
     ScopedVariable m_probeOutput{"PROBE_OUTPUT", m_output.c_str()};
 };
 
-// A child that is gone at the end of the scope.
-struct Child {
-    explicit Child(pid_t process) : id(process) {}
-    ~Child() {
-        if (id > 0) {
-            kill(id, SIGKILL);
-            waitpid(id, nullptr, 0);
-        }
-    }
-    Child(const Child&) = delete;
-    Child& operator=(const Child&) = delete;
-
-    const pid_t id;
-};
-
 TEST_F(Processes, GetTheArgumentUntouchedAndNothingElse) {
     const int descriptor = open("/dev/null", O_RDONLY);  // not closed on exec
     ASSERT_GE(descriptor, 0);
-    sigset_t blocked;
-    sigemptyset(&blocked);
-    sigaddset(&blocked, SIGTERM);
-    pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
-    signal(SIGPIPE, SIG_IGN);
-    signal(SIGXFSZ, SIG_IGN);
-    for (const std::string& argument :
-         {std::string(), std::string(" two  words "), std::string("\"'\\ $HOME `id` * ; #\n"),
-          std::string("-n"), std::string("Stra\u00DFe \U0001F5A8"), std::string(100000, 'x')}) {
+    for (const auto& argument : {""s, " two  words "s, "\"'\\ $HOME `id` * ; #\n"s, "-n"s,
+                                 "Stra\u00DFe \U0001F5A8"s, std::string(100000, 'x')}) {
         EXPECT_EQ(0, ExecuteProcess(PROCESS_PROBE, argument));
-        EXPECT_EQ("1 0 0\n" + argument, ReadFile(m_output));
+        const std::string start = ReadFile(m_output);
+        EXPECT_EQ("1 0 ", start.substr(0, 4)) << "one argument, no descriptor";
+        EXPECT_EQ("\n" + argument, start.substr(std::min(start.find('\n'), start.size())));
     }
-    signal(SIGCHLD, SIG_IGN);
-    EXPECT_EQ(-1, ExecuteProcess(PROCESS_PROBE, "ignored"));  // there is no status to wait for
-    EXPECT_EQ("1 0 0\nignored", ReadFile(m_output));
-    signal(SIGCHLD, SIG_DFL);
     close(descriptor);
 }
 
@@ -95,92 +75,67 @@ TEST_F(Processes, AreWaitedForThroughSignals) {
 }
 
 TEST_F(Processes, ThatCannotBeStartedAreLogged) {
-    const std::string missing = m_folder.Path("missing");
-    const std::string launch = "launch faild. exception name=";
-    const std::string notText = "modulePath or params is nil.";
-    const struct {
-        std::string path;
-        std::string argument;
-        unsigned int createLine;
-        unsigned int executeLine;
-        std::string message;
-    } rows[] = {
-        {missing, "", 291, 332,
-         launch + "ENOENT reason=" + missing + ": No such file or directory"},
-        {m_folder.Path(), "", 291, 332,
-         launch + "EACCES reason=" + m_folder.Path() + ": Permission denied"},
-        {"", "", 291, 332, launch + "ENOENT reason=: No such file or directory"},
-        {"true", "", 291, 332, launch + "ENOENT reason=true: No such file or directory"},
-        {"/\xFF", "", 276, 315, notText},
-        {PROCESS_PROBE, "\xC3", 276, 315, notText},
-        {PROCESS_PROBE, std::string("a\0b", 3), 276, 315, notText},
+    const auto expectLines = [](const std::string& path, const std::string& argument,
+                                const RecordedLine& ofCreate, unsigned int executeLine) {
+        RecordedLine ofExecute = ofCreate;
+        ofExecute.line = executeLine;
+        EXPECT_EQ(-1, CreateProcessAsUser(path, argument));
+        EXPECT_EQ(-1, ExecuteProcess(path, argument));
+        EXPECT_EQ((std::vector<RecordedLine>{ofCreate, ofExecute}), TakeRecordedLines());
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(-1, CreateProcessAsUser(row.path, row.argument));
-        EXPECT_EQ(-1, ExecuteProcess(row.path, row.argument));
-        EXPECT_EQ((std::vector<RecordedLine>{{"MacUtility", row.createLine, 'e', 0, row.message},
-                                             {"MacUtility", row.executeLine, 'e', 0, row.message}}),
-                  TakeRecordedLines());
+    for (const auto& path : {m_folder.Path("missing"), m_folder.Path(), std::string(), "true"s}) {
+        platform::LaunchFailure failure;  // in the system's own words
+        EXPECT_EQ(-1, platform::Launch(path, "", &failure));
+        EXPECT_TRUE(!failure.name.empty() && !failure.reason.empty()) << path;
+        const std::string message = std::string("launch faild. exception name=")
+                                        .append(failure.name)
+                                        .append(" reason=")
+                                        .append(failure.reason);
+        expectLines(path, "", {"MacUtility", 291, 'e', 0, message}, 332);
     }
-}
-
-// A child of the user with the command name of the service, as the kernel keeps it.
-pid_t StartNamedChild(uid_t user) {
-    int ready[2] = {};
-    if (pipe(ready) != 0) {
-        return -1;
-    }
-    const pid_t child = fork();
-    if (child == 0) {
-        if (setuid(user) != 0 || prctl(PR_SET_NAME, "qvtrelBnt") != 0 ||
-            write(ready[1], "1", 1) != 1) {
-            _exit(1);
-        }
-        for (;;) {
-            pause();
-        }
-    }
-    close(ready[1]);
-    char byte = 0;
-    const bool isReady = read(ready[0], &byte, 1) == 1;
-    close(ready[0]);
-    return isReady ? child : -1;
+    const RecordedLine notText{"MacUtility", 276, 'e', 0, "modulePath or params is nil."};
+    expectLines("/\xFF", "", notText, 315);
+    expectLines(PROCESS_PROBE, "\xC3", notText, 315);
+    expectLines(PROCESS_PROBE, "a\0b"s, notText, 315);
 }
 
 // In one test, because each would find the processes of another one.
 TEST_F(Processes, TheServiceIsFoundByItsName) {
-    const ScopedVariable contents("TALLYQUIST_CONTENTS", m_folder.Path().c_str());
-    const auto isFound = [](const Child& child) {
-        PROCESS_INFORMATION info{};
-        return CheckStartedBNT(&info) && info.dwProcessId == static_cast<uint32_t>(child.id);
+    ASSERT_EQ(0, mkfifo(m_output.c_str(), 0600));  // whoever reads it waits for the probe
+    std::string tool;
+    const auto run = [&](const char* argument) {
+        return [&tool, this, argument] {
+            execl(tool.c_str(), tool.c_str(), argument, nullptr);
+            WriteFile(m_output, "");
+            return 1;
+        };
     };
-    {
-        const std::string tool = m_folder.Path("QVTRELbnt");
+    const auto isFound = [](const ChildProcess& child) {
+        PROCESS_INFORMATION info{};
+        return CheckStartedBNT(&info) && info.dwProcessId == static_cast<uint32_t>(child.Id());
+    };
+    for (const char* name : {"qvtrelBnt", "QVTRELbnt"}) {
+        tool = m_folder.Path(name);
         fs::copy_file(PROCESS_PROBE, tool);
-        const Child service(CreateProcessAsUser(tool, "wait"));
-        ASSERT_GT(service.id, 0);
-        EXPECT_TRUE(isFound(service));
-        EXPECT_FALSE(CheckStartedBNT(nullptr));
-        EXPECT_TRUE(CheckConnectBNT(tool));
-        EXPECT_FALSE(CheckConnectBNT(m_folder.Path("missing")));
-
-        kill(service.id, SIGKILL);
-        siginfo_t ended{};
-        ASSERT_EQ(0, waitid(P_PID, static_cast<id_t>(service.id), &ended, WEXITED | WNOWAIT));
-        EXPECT_FALSE(isFound(service)) << "a process that ended";
-        EXPECT_FALSE(CheckConnectBNT(tool));
-    }
-    {
-        const Child own(StartNamedChild(getuid()));
-        ASSERT_GT(own.id, 0);
-        EXPECT_TRUE(isFound(own));
+        {
+            const ChildProcess service(run("wait"));
+            ASSERT_TRUE(ReadFile(m_output).ends_with("wait"));
+            EXPECT_TRUE(isFound(service));
+            EXPECT_FALSE(CheckStartedBNT(nullptr));
+            EXPECT_TRUE(CheckConnectBNT(tool));
+            EXPECT_FALSE(CheckConnectBNT(m_folder.Path("missing")));
+        }
+        EXPECT_FALSE(CheckConnectBNT(tool)) << "the service has ended";
+        if (getuid() == 0) {
+            const ChildProcess others(run("wait as 65534"));
+            ASSERT_TRUE(ReadFile(m_output).ends_with("wait as 65534"));
+            EXPECT_FALSE(isFound(others));
+        }
+        fs::remove(tool);  // where names that differ in case are the same
     }
     if (getuid() != 0) {
         GTEST_SKIP() << "only root can start a process of another user";
     }
-    const Child others(StartNamedChild(65534));
-    ASSERT_GT(others.id, 0);
-    EXPECT_FALSE(isFound(others));
 }
 
 }  // namespace

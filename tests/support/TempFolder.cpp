@@ -12,7 +12,7 @@ TempFolder::TempFolder() {
     if (mkdtemp(pattern.data()) == nullptr) {
         throw std::runtime_error("no temporary folder: " + pattern);
     }
-    m_path = pattern;
+    m_path = fs::canonical(pattern);
 }
 
 TempFolder::~TempFolder() {

@@ -11,6 +11,7 @@ public:
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
 
+    // Without links, as programs that lie in it find it.
     std::string Path(const std::string& name = "") const { return (m_path / name).string(); }
 
 private:

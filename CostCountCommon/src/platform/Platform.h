@@ -74,9 +74,9 @@ int SecondsFromGmt();
 
 // --- Files ---
 
-// Copies data, security, attributes and status of a regular file. The target appears whole or not
-// at all; an existing one fails an `exclusive` copy.
-bool CopyWholeFile(const char* from, const char* to, bool exclusive);
+// Copies data, security, attributes and status of the regular file open at `from` into the new one
+// open at `to`; both are at their beginnings. A cancellation point.
+bool CopyOpenFile(int from, int to);
 
 // The names of a folder's entries that are UTF-8, sorted; false when it cannot be read.
 bool ListFolder(const std::string& folder, std::vector<std::string>* names);

@@ -1,15 +1,12 @@
 // What only Darwin's own calls do: copying files with all that belongs to them, and the process
 // table.
 #include <copyfile.h>
-#include <sys/stat.h>
 #include <sys/sysctl.h>
 
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
 
-#include "CostCountCommon/src/FileDescriptor.h"
-#include "CostCountCommon/src/ReplacingFile.h"
 #include "CostCountCommon/src/platform/Platform.h"
 
 namespace platform {
@@ -64,18 +61,8 @@ bool ListProcesses(std::vector<Process>* processes) {
     return true;
 }
 
-bool CopyWholeFile(const char* from, const char* to, bool exclusive) {
-    // O_NONBLOCK: a pipe without a writer must not hold us up.
-    const FileDescriptor source = FileDescriptor::Open(from, O_RDONLY | O_NONBLOCK);
-    struct stat status {};
-    if (!source.IsOpen() || fstat(source.Number(), &status) != 0 || !S_ISREG(status.st_mode)) {
-        return false;
-    }
-    ReplacingFile copy;  // refuses an existing target of an exclusive copy itself
-    return copy.Create(to, exclusive ? ReplacingFile::Placement::EXCLUSIVE
-                                     : ReplacingFile::Placement::REPLACE) &&
-           fcopyfile(source.Number(), copy.Descriptor(), nullptr, COPYFILE_ALL) == 0 &&
-           copy.Commit();
+bool CopyOpenFile(int from, int to) {
+    return fcopyfile(from, to, nullptr, COPYFILE_ALL) == 0;
 }
 
 }  // namespace platform
