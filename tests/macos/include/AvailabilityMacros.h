@@ -1,5 +1,5 @@
-// As CoreFoundation/CoreFoundation.h beside this file: for which versions of the system a library is
-// compiled.
+// As CoreFoundation/CoreFoundation.h beside this file: for which versions of the system a library
+// is compiled.
 #pragma once
 
 #define MAC_OS_X_VERSION_10_4 1040

@@ -1,6 +1,7 @@
 // What only Darwin's own calls do: copying files with all that belongs to them, and the process
 // table.
 #include <copyfile.h>
+#include <sys/proc.h>
 #include <sys/sysctl.h>
 
 #include <cerrno>
@@ -54,8 +55,12 @@ bool ListProcesses(std::vector<Process>* processes) {
     found.reserve(count);
     for (size_t at = 0; at < count; ++at) {
         const kinfo_proc& entry = table.get()[at];
-        // The kernel ends the name, which it may cut, with a NUL.
-        found.push_back({entry.kp_proc.p_pid, entry.kp_eproc.e_pcred.p_ruid, entry.kp_proc.p_comm});
+        // One that ended stays in the table until its parent asks for its status.
+        if (entry.kp_proc.p_stat != SZOMB) {
+            // The kernel ends the name, which it may cut, with a NUL.
+            found.push_back(
+                {entry.kp_proc.p_pid, entry.kp_eproc.e_pcred.p_ruid, entry.kp_proc.p_comm});
+        }
     }
     *processes = std::move(found);
     return true;

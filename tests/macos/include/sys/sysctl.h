@@ -9,6 +9,7 @@ using u_int = unsigned int;
 enum { CTL_KERN = 1, KERN_PROC = 14, KERN_PROC_ALL = 0, MAXCOMLEN = 16 };
 
 struct extern_proc {
+    char p_stat;
     pid_t p_pid;
     char p_comm[MAXCOMLEN + 1];
 };
