@@ -48,16 +48,20 @@ __attribute__((visibility("default"))) int DataExporterOpen(void* handle, const 
 __attribute__((visibility("default"))) int DataExporterWriteBOM(void* handle);
 
 /* Writes one row of `count` cells. Every cell is put in double quotes. types[i] says what values[i]
- * is: "datetime"  decimal seconds since 1970-01-01 00:00:00 UTC, written as local time YYYY/MM/DD
- * hh:mm:ss "timespan"  decimal seconds, written hh:mm:ss; hours may exceed 24 other, null text. A
- * text that holds a double quote has it doubled; one that holds a double quote, comma, carriage
+ * is:
+ * - "datetime": decimal seconds since 1970-01-01 00:00:00 UTC, written as local time, in the time
+ *   zone of the process, YYYY/MM/DD hh:mm:ss
+ * - "timespan": decimal seconds, written hh:mm:ss; hours may exceed 24
+ * - anything else, or null: text
+ *
+ * A text that holds a double quote has it doubled; one that holds a double quote, comma, carriage
  * return or line feed is put in double quotes of its own, inside those of the cell. Rows are
  * separated by a line feed; the file does not end with one. A count below 1 writes an empty row.
  * Owner: the arrays and texts stay the caller's and are not kept.
  * Precondition: `values` holds `count` entries; an entry may be null and counts as "". `types` is
  * null or holds as many. `unusedColumn` is never read. Result: 0; an errno value when writing
  * failed; -1 when the handle has failed or has no open file. Thread: the one that uses the handle.
- * The time zone is that of the process. */
+ */
 __attribute__((visibility("default"))) int DataExporterWriteValues(void* handle, int count,
                                                                    const char** values,
                                                                    const char** unusedColumn,
