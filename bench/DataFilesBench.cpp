@@ -304,7 +304,7 @@ int main(int argc, char** argv) {
     }
     Register("/work", layer, printers, path);
     Register("/limit", direct, printers, path);
-    RatioReporter reporter;
+    RatioReporter reporter({{"read", 6}, {"write", 4}});
     benchmark::RunSpecifiedBenchmarks(&reporter);
     std::remove(path.c_str());
     return 0;

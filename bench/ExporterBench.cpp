@@ -219,7 +219,7 @@ int main(int argc, char** argv) {
         Register("mixed" + suffix, plugin, mixed, zone);
         Register("datetime-heavy" + suffix, plugin, dateTimes, zone);
     }
-    RatioReporter reporter;
+    RatioReporter reporter({{"text", 4.2}, {"mixed", 4.2}, {"datetime-heavy", 4.2}});
     benchmark::RunSpecifiedBenchmarks(&reporter);
     return 0;
 }

@@ -163,7 +163,7 @@ int main(int argc, char** argv) {
     }
     Register("/work", layer, printer, message);
     Register("/limit", direct, printer, message);
-    RatioReporter reporter;
+    RatioReporter reporter({{"build", 8}, {"parse", 8}});
     benchmark::RunSpecifiedBenchmarks(&reporter);
     fs::remove_all(data);
     return 0;

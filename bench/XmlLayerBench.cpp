@@ -237,7 +237,7 @@ int main(int argc, char** argv) {
     }
     Register("/work", layer);
     Register("/limit", direct);
-    RatioReporter reporter;
+    RatioReporter reporter({{"read", 6}, {"save", 2}});
     benchmark::RunSpecifiedBenchmarks(&reporter);
     return 0;
 }
