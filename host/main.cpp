@@ -23,6 +23,7 @@
 #include "host/data/CostsCommand.h"
 #include "host/data/PrintersCommand.h"
 #include "host/data/UserCommand.h"
+#include "host/info/CompletionCommand.h"
 #include "host/info/PapersCommand.h"
 #include "host/info/PathsCommand.h"
 #include "host/input/RowSource.h"
@@ -59,6 +60,7 @@ constexpr auto ADD_COMMANDS = std::to_array<tallyquist::Command (*)(CLI::App&)>(
     tallyquist::AddCapsCommand,
     tallyquist::AddUserCommand,
     tallyquist::AddMessageCommand,
+    tallyquist::AddCompletionCommand,
 });
 
 // Sends the user to the help of the command at hand, or of the program when there is none.
