@@ -2,6 +2,7 @@
 set(TALLYQUIST_APP Tallyquist.app)
 set(TALLYQUIST_CONTENTS "${CMAKE_BINARY_DIR}/${TALLYQUIST_APP}/Contents")
 set(TALLYQUIST_CONTENTS_INSTALL "lib/${TALLYQUIST_APP}/Contents")
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME program)
 
 # Writes the Info.plist of a bundle whose contents lie in `relative` below the application's, and installs it.
 # A bundle of resources alone must not name code that it lacks.
