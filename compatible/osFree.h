@@ -140,8 +140,8 @@ void MakeUniqueFileName(std::string* out, const char* base, int tag);
 
 // --- Modules ---
 
-// Loads the code of a plug-in bundle (its folder) or a shared object (the file itself). Returns a
-// handle that FreeLibrary releases, or null for a null path, one that is not UTF-8 or
+// Loads the code of a plug-in bundle (its folder) or, on Linux, a shared object (the file itself).
+// Returns a handle that FreeLibrary releases, or null for a null path, one that is not UTF-8 or
 // neither of the two, or a failed load.
 [[nodiscard]] void* LoadLibrary(const char* path);
 

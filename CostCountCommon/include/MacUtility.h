@@ -33,9 +33,9 @@ void PathToPathByExpandingTildePath(const char* path, std::string* expanded);
 
 // --- Resources ---
 
-// The main application's resources folder. In a login item that lies outside any LoginItems folder,
-// and when the folder's path is not UTF-8, the result is true and `*path` stays as it is: callers
-// rely on that.
+// The main application's resources folder; false when its path is not UTF-8. In a login item that
+// lies outside any LoginItems folder the result is true and `*path` stays as it is: callers rely on
+// that.
 bool GetResourcesPath(std::string* path);
 // The resources folder of qvtrelCore.plugin; empty when there is no such bundle.
 std::string GetPluginResourcesPath();
@@ -85,9 +85,9 @@ bool CheckConnectBNT(std::string path);
 
 // Appends the names of the entries of the pattern's folder in which its last component is found,
 // sorted. The component is a regular expression in which * stands for any text; it may match
-// anywhere in the name, and a dot matches any character. It is a POSIX extended one; one that
-// cannot be compiled, or only at a cost out of proportion (references back to groups, more than
-// 1000 repetitions, more than 1024 characters), finds nothing. Entries whose names are not UTF-8
-// are left out. A pattern without a slash names no folder and gives nothing, like a folder that
-// cannot be read or an expression with a mistake.
+// anywhere in the name, and a dot matches any character. It is one of the system's, POSIX extended
+// on Linux; one that cannot be compiled, or only at a cost out of proportion (references back to
+// groups, more than 1000 repetitions, more than 1024 characters), finds nothing. Entries whose
+// names are not UTF-8 are left out. A pattern without a slash names no folder and gives nothing,
+// like a folder that cannot be read or an expression with a mistake.
 void MacGetFileList(const std::string& pattern, std::vector<std::string>& names);

@@ -1,5 +1,8 @@
 // The entries that list nodes.
 #include <locale.h>
+#if __has_include(<xlocale.h>)
+#include <xlocale.h>  // where some systems declare the locales of threads
+#endif
 
 #include <string_view>
 

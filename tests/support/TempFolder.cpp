@@ -1,5 +1,7 @@
 #include "tests/support/TempFolder.h"
 
+#include <unistd.h>
+
 #include <fstream>
 #include <iterator>
 #include <stdexcept>

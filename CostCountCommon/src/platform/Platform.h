@@ -36,8 +36,8 @@ std::string ResourcesFolderOf(const std::string& path);
 
 // --- Code ---
 
-// Loads the code of the bundle folder, or the shared object, at `path`. Returns a handle for
-// ReleaseModule, or null with the reason in `*reason` when that is not null.
+// Loads the code of the bundle folder, or on Linux the shared object, at `path`. Returns a handle
+// for ReleaseModule, or null with the reason in `*reason` when that is not null.
 [[nodiscard]] void* LoadModule(const char* path, std::string* reason);
 [[nodiscard]] void* FindFunction(void* module, const char* name);
 // The code itself stays loaded until the process ends.

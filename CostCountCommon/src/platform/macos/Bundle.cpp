@@ -1,6 +1,7 @@
 // Where the main bundle lies, as the bundle services tell.
 #include <CoreFoundation/CoreFoundation.h>
 
+#include "CostCountCommon/src/CancellationOff.h"
 #include "CostCountCommon/src/platform/Platform.h"
 #include "CostCountCommon/src/platform/macos/CoreFoundationOwner.h"
 
@@ -9,6 +10,7 @@ namespace {
 
 // A folder of the main bundle that a function such as CFBundleCopyBundleURL tells.
 std::string FolderOf(CFURLRef (*copyUrl)(CFBundleRef)) {
+    const CancellationOff whole;
     const CFBundleRef bundle = CFBundleGetMainBundle();
     return bundle == nullptr ? std::string() : PathOf(Owned<CFURLRef>(copyUrl(bundle)).get());
 }
@@ -32,6 +34,7 @@ std::string ResourcesFolder() {
 }
 
 std::string MainBundleVersion() {
+    const CancellationOff whole;
     const CFBundleRef bundle = CFBundleGetMainBundle();
     const CFTypeRef version =
         bundle == nullptr ? nullptr
@@ -42,6 +45,7 @@ std::string MainBundleVersion() {
 }
 
 std::string ResourcesFolderOf(const std::string& path) {
+    const CancellationOff whole;
     const Owned<CFURLRef> url(CreateFileUrl(path, true));
     const Owned<CFBundleRef> bundle(
         url == nullptr ? nullptr : CFBundleCreate(kCFAllocatorDefault, url.get()));

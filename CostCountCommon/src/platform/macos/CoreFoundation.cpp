@@ -1,9 +1,6 @@
 // Core Foundation values.
 #include <CoreFoundation/CoreFoundation.h>
 
-#include <limits.h>
-
-#include <array>
 #include <cstring>
 
 #include "CostCountCommon/src/platform/Platform.h"
@@ -13,11 +10,14 @@ namespace platform {
 
 std::string PathOf(CFURLRef url) {
     const Owned<CFURLRef> absolute(url == nullptr ? nullptr : CFURLCopyAbsoluteURL(url));
-    std::array<unsigned char, PATH_MAX> path{};
-    const bool fits =
-        absolute != nullptr &&
-        CFURLGetFileSystemRepresentation(absolute.get(), 1, path.data(), CFIndex{PATH_MAX}) != 0;
-    return fits ? reinterpret_cast<const char*>(path.data()) : std::string();
+    const Owned<CFStringRef> text(
+        absolute == nullptr ? nullptr
+                            : CFURLCopyFileSystemPath(absolute.get(), kCFURLPOSIXPathStyle));
+    std::string path = text == nullptr ? std::string() : TextOf(text.get());
+    while (path.size() > 1 && path.back() == '/') {
+        path.pop_back();
+    }
+    return path;
 }
 
 CFStringRef CreateString(const char* text) {

@@ -2,6 +2,7 @@
 // table.
 #include <copyfile.h>
 #include <sys/proc.h>
+#include <sys/stat.h>
 #include <sys/sysctl.h>
 
 #include <cerrno>
@@ -67,7 +68,12 @@ bool ListProcesses(std::vector<Process>* processes) {
 }
 
 bool CopyOpenFile(int from, int to) {
-    return fcopyfile(from, to, nullptr, COPYFILE_ALL) == 0;
+    if (fcopyfile(from, to, nullptr, COPYFILE_ALL) != 0) {
+        return false;
+    }
+    // A copy that is locked as its source is could not be given its name.
+    fchflags(to, 0);
+    return true;
 }
 
 }  // namespace platform

@@ -45,9 +45,11 @@ std::string WithoutTrailingSlashes(std::string path) {
     return path;
 }
 
-// Empty for nil. Not the file-system representation, which takes letters and their accents apart.
+// Empty for nil; what has no UTF-8 becomes a text that is none, for those who tell the two apart.
+// Not the file-system representation, which takes letters and their accents apart.
 std::string PathOf(NSString* path) {
-    return WithoutTrailingSlashes(Utf8Of(path));
+    std::string text = Utf8Of(path);
+    return text.empty() && [path length] != 0 ? "\xFF" : WithoutTrailingSlashes(std::move(text));
 }
 
 }  // namespace

@@ -1,18 +1,21 @@
 // Texts of the main bundle in the user's language.
 #include <CoreFoundation/CoreFoundation.h>
 
+#include "CostCountCommon/src/CancellationOff.h"
 #include "CostCountCommon/src/platform/Platform.h"
 #include "CostCountCommon/src/platform/macos/CoreFoundationOwner.h"
 
 namespace platform {
 namespace {
 
-// No translation is this text. Asked for without a default, a missing key answers with itself.
-constexpr const char* MISSING = "\x01no such key\x01";
+// No translation is this text. Asked for without a default, a missing key answers with itself. It
+// has no letters: a setting for developers turns those of missing texts into capitals.
+constexpr const char* MISSING = "\x01\x02\x01";
 
 }  // namespace
 
 std::optional<std::string> LocalizedString(const char* key) {
+    const CancellationOff whole;
     const CFBundleRef bundle = CFBundleGetMainBundle();
     const Owned<CFStringRef> name(CreateString(key));
     const Owned<CFStringRef> missing(CreateString(MISSING));
@@ -28,6 +31,7 @@ std::optional<std::string> LocalizedString(const char* key) {
 }
 
 int LocalizationsCount() {
+    const CancellationOff whole;
     const CFBundleRef bundle = CFBundleGetMainBundle();
     const Owned<CFArrayRef> languages(bundle == nullptr ? nullptr
                                                         : CFBundleCopyBundleLocalizations(bundle));

@@ -1,6 +1,7 @@
 // Loads the code of bundles.
 #include <CoreFoundation/CoreFoundation.h>
 
+#include "CostCountCommon/src/CancellationOff.h"
 #include "CostCountCommon/src/platform/Platform.h"
 #include "CostCountCommon/src/platform/macos/CoreFoundationOwner.h"
 
@@ -21,6 +22,7 @@ std::string Description(CFErrorRef error) {
 }  // namespace
 
 void* LoadModule(const char* path, std::string* reason) {
+    const CancellationOff whole;
     const Owned<CFURLRef> url(CreateFileUrl(path, true));
     Owned<CFBundleRef> bundle(url == nullptr ? nullptr
                                              : CFBundleCreate(kCFAllocatorDefault, url.get()));
@@ -35,17 +37,19 @@ void* LoadModule(const char* path, std::string* reason) {
         Explain(reason, std::string(path).append(": ").append(Description(error)));
         return nullptr;
     }
+    // Never given back: with its last reference a bundle takes its code out of memory.
+    CFRetain(bundle.get());
     return bundle.release();
 }
 
 void* FindFunction(void* module, const char* name) {
+    const CancellationOff whole;
     const Owned<CFStringRef> text(CreateString(name));
     return text == nullptr
                ? nullptr
                : CFBundleGetFunctionPointerForName(static_cast<CFBundleRef>(module), text.get());
 }
 
-// The reference goes; the bundle services keep the code.
 void ReleaseModule(void* module) {
     CFRelease(module);
 }

@@ -92,6 +92,7 @@ CFTimeInterval CFTimeZoneGetSecondsFromGMT(CFTimeZoneRef zone, CFAbsoluteTime at
 CFURLRef CFURLCreateWithFileSystemPath(CFAllocatorRef allocator, CFStringRef path,
                                        CFURLPathStyle style, Boolean isFolder);
 CFURLRef CFURLCopyAbsoluteURL(CFURLRef url);
+CFStringRef CFURLCopyFileSystemPath(CFURLRef url, CFURLPathStyle style);
 Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean resolveAgainstBase, UInt8* buffer,
                                          CFIndex size);
 }

@@ -68,6 +68,7 @@ struct NSFastEnumerationState {
 @property(readonly, copy) NSString* path;
 @end
 
+__attribute__((objc_exception))
 @interface NSException : NSObject
 @property(readonly, copy) NSString* name;
 @property(readonly, copy) NSString* reason;
