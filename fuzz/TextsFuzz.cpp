@@ -1,7 +1,7 @@
 // Any bytes as one of the texts that people and other programs write. The first one chooses which.
-#include <cstring>
+#include <filesystem>
 #include <iterator>
-#include <optional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -10,9 +10,9 @@
 #include "CostCountCommon/src/platform/linux/PropertyList.h"
 #include "CostCountCommon/src/platform/linux/StringsFile.h"
 #include "compatible/ReplaceAll.h"
-#include "compatible/Utf16.h"
 #include "compatible/Utf8.h"
 #include "fuzz/Fuzz.h"
+#include "host/data/EntryTable.h"
 #include "host/input/MediaSize.h"
 #include "host/input/PageLogMatcher.h"
 #include "tests/support/TempFolder.h"
@@ -26,33 +26,22 @@ std::string Replaced(std::string text, const char* from, const char* to) {
     return text;
 }
 
-std::string Joined(const std::vector<std::string>& fields, const std::string& quote) {
-    std::string text;
-    for (const std::string& field : fields) {
-        text.append(&field == &fields.front() ? "" : ",");
-        text.append(quote).append(quote.empty() ? field : Replaced(field, "\"", "\"\""));
-        text.append(quote);
-    }
-    return text;
-}
-
 // Nothing but quotes gets lost, and fields survive being quoted.
 void SplitFields(const std::string& text) {
     const std::vector<std::string> fields = CStringUtils::SplitCsv(text.data(), text.size());
-    Check(Replaced(Joined(fields, ""), "\"", "") == Replaced(text, "\"", ""));
-    const std::string quoted = Joined(fields, "\"");
-    Check(CStringUtils::SplitCsv(quoted.data(), quoted.size()) == fields);
-    const std::wstring wide(text.begin(), text.end());
-    const std::vector<std::wstring> wideFields = CStringUtils::SplitCsv(wide.data(), wide.size());
-    Check(wideFields.size() == fields.size());
-    for (size_t i = 0; i < fields.size(); ++i) {
-        Check(wideFields[i] == std::wstring(fields[i].begin(), fields[i].end()));
+    std::string joined;
+    std::string quoted;
+    for (const std::string& field : fields) {
+        joined.append(field).append(",");
+        quoted.append("\"").append(Replaced(field, "\"", "\"\"")).append("\",");
     }
+    Check(Replaced(joined, "\"", "") == Replaced(text, "\"", "").append(","));
+    Check(CStringUtils::SplitCsv(quoted.data(), quoted.size() - 1) == fields);
 }
 
 // A size that is understood is one in millimetres too, also in a list.
 void ReadMediaName(const std::string& name) {
-    const std::optional<MediaSize> size = ResolveMedia(name);
+    const auto size = ResolveMedia(name);
     Check(size == ResolveMedia("nothing," + name));
     if (size) {
         Check(size->width > 0 && size->height > 0);
@@ -63,76 +52,47 @@ void ReadMediaName(const std::string& name) {
     }
 }
 
-const char* ValueOf(FieldKind kind) {
-    switch (kind) {
-        case FieldKind::JOB:
-            return "7";
-        case FieldKind::TIME:
-            return "[21/Nov/2026:09:46:54 +0100]";
-        case FieldKind::PAGE:
-            return "total";
-        case FieldKind::COUNT:
-            return "3";
-        case FieldKind::HOST:
-            return "localhost";
-        case FieldKind::PRINTER:
-        case FieldKind::USER:
-        case FieldKind::NAME:
-            return "x";
-        default:
-            return "-";
-    }
-}
-
 // A line in the format is read as it was written, unless it is told to be ambiguous.
 void ReadLogFormat(const std::string& text) try {
+    constexpr const char* VALUES[] = {  // in the order of FieldKind
+        "p",     "u", "7", "[21/Nov/2026:09:46:54 +0100]",
+        "total", "3", "-", "localhost",
+        "n",     "-", "-", "-",
+        "-",     "-"};
     const MatcherPair matchers = MakeMatchers(ParsePageLogFormat(text));
     for (const auto& matcher : {matchers.bare, matchers.quoted}) {
         std::string line;
         std::vector<std::string_view> values;
-        bool isField = !matcher->Format().parts.front().IsField();
         for (const FormatPart& part : matcher->Format().parts) {
-            Check(part.IsField() != isField);
-            isField = part.IsField();
-            if (isField) {
-                values.emplace_back(ValueOf(part.kind));
+            if (part.IsField()) {
+                values.emplace_back(VALUES[static_cast<size_t>(part.kind)]);
             }
-            line.append(isField ? ValueOf(part.kind) : part.literal);
+            line.append(part.IsField() ? values.back() : part.literal);
         }
         Reading reading;
         Check(matcher->Completes(line) && matcher->StartsRecord(line));
         Check(matcher->Match(line, reading));
         Check(reading.ambiguous || reading.fields == values);
-        const RecordLayout layout = LayOut(matcher->Format(), false);
-        Check(layout.columnOf.size() == values.size());
-        for (const size_t column : layout.columnOf) {
-            Check(layout.columns.at(column).name.find_first_of("\r\n") == std::string::npos);
+        for (const Column& column : LayOut(matcher->Format(), false).columns) {
+            Check(column.name.find_first_of("\r\n") == std::string::npos);
         }
     }
 } catch (const OptionError&) {
     return;  // no format
 }
 
-std::string Escaped(const std::string& text) {
-    const std::string inner = Replaced(Replaced(text, "\\", "\\\\"), "\"", "\\\"");
-    return std::string("\"").append(inner).append("\"");
-}
-
-// The table survives being written, in either encoding, and what follows a mistake.
+// The table survives being written, and what follows a mistake.
 void ReadStringsFile(const std::string& bytes) {
     const auto table = platform::ParseStringsFile(bytes);
     std::string text;
     for (const auto& [key, value] : table) {
         Check(IsUtf8(key) && IsUtf8(value));
-        text.append(Escaped(key)).append("=").append(Escaped(value)).append(";");
+        for (const std::string* part : {&key, &value}) {
+            const std::string inner = Replaced(Replaced(*part, "\\", "\\\\"), "\"", "\\\"");
+            text.append("\"").append(inner).append(part == &key ? "\"=" : "\";");
+        }
     }
-    text.append("\"a\" \"b\";");
-    Check(platform::ParseStringsFile(text) == table);
-    std::u16string units;
-    Check(Utf16FromUtf8("\xEF\xBB\xBF" + text, &units));
-    std::string utf16(units.size() * sizeof units.front(), '\0');
-    std::memcpy(utf16.data(), units.data(), utf16.size());
-    Check(platform::ParseStringsFile(utf16) == table);
+    Check(platform::ParseStringsFile(text + "\"a\" \"b\";") == table);
 }
 
 // Any text survives as a value.
@@ -147,32 +107,48 @@ void ReadPropertyList(const std::string& text) {
 // from the ends of lines.
 void ReadPreferences(const std::string& text) {
     static const TempFolder home;
+    constexpr const char* KEY = "ErrorLogConfirmTime";
     const std::string folder = home.Path("Norvane/Tallyquist");
+    const std::string path = folder + "/preferences";
     setenv("XDG_CONFIG_HOME", home.Path().c_str(), 1);
     std::filesystem::create_directories(folder);
-    constexpr const char* KEY = "ErrorLogConfirmTime";
-    const std::string path = folder + "/preferences";
     WriteFile(path, text);
     std::string value;
     GetPreferenceValue(KEY, value);
     const std::string expected = value.empty() ? "-42" : value;
     SetPreferenceValue(KEY, expected.c_str());
     GetPreferenceValue(KEY, value);
-    Check(value == expected);
     const std::string file = Replaced(ReadFile(path), "\r", "");
     SetPreferenceValue(KEY, value.c_str());
-    Check(Replaced(ReadFile(path), "\r", "") == file);
-    Check(file.ends_with(std::string(KEY) + "=" + value + "\n"));
+    Check(value == expected && Replaced(ReadFile(path), "\r", "") == file);
+}
+
+// The entries survive being written.
+void ReadPriceList(const std::string& text) try {
+    const auto read = [](const std::string& table) {
+        return ReadEntryTable(std::make_unique<LineReader>("table", table), PRICE_LIST,
+                              DecimalMark::POINT)
+            .entries;
+    };
+    const Entries entries = read(text);
+    const std::string table = EntryTableText(entries, PRICE_LIST);
+    try {
+        Check(read(table) == entries);
+    } catch (const InputError&) {
+        Check(false);
+    }
+} catch (const InputError&) {
+    return;  // no price list
 }
 
 constexpr void (*READERS[])(const std::string&) = {
-    SplitFields, ReadMediaName, ReadLogFormat, ReadStringsFile, ReadPropertyList, ReadPreferences};
+    SplitFields,      ReadMediaName,   ReadLogFormat, ReadStringsFile,
+    ReadPropertyList, ReadPreferences, ReadPriceList};
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    if (size > 0) {
-        READERS[*data % std::size(READERS)](TextOf(data + 1, size - 1));
-    }
+    const size_t choice = size > 0 ? *data - size_t{'0'} : 0;
+    READERS[choice % std::size(READERS)](TextOf(data, size).erase(0, 1));
     return 0;
 }
