@@ -1,44 +1,37 @@
 // Any bytes as each of the data files: read what there is and give it back. Printers that were read
 // must be the same after they were written and read again.
-#include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <list>
 #include <string>
 #include <utility>
 
+#include "CostCountCommon/CommonUtility.h"
 #include "CostCountCommon/CommonXMLPxd.h"
+#include "fuzz/Fuzz.h"
 #include "tests/support/PrinterRecords.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
 
-using Printers = std::list<CCommonPrinterInfo>;
+constexpr const char* SYSTEM_SETTINGS = "CMSystemSetting.cfg";
 
-void Check(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
+using Printers = std::list<CCommonPrinterInfo>;
 
 class DataFiles {
 public:
     DataFiles() {
-        // The application in the build tree, beside this program's folder.
-        const auto program = std::filesystem::read_symlink("/proc/self/exe");
-        const std::string contents =
-            program.parent_path().parent_path() / "Tallyquist.app/Contents";
+        const std::string contents = ApplicationContents();
         setenv("TALLYQUIST_CONTENTS", contents.c_str(), 1);
         setenv("XDG_DATA_HOME", m_folder.Path().c_str(), 1);
-        std::filesystem::create_directories(Capabilities());
-        std::filesystem::create_hard_link(Write(""), Capabilities() + "/caps");
-        Check(m_xml.InitializeXmlPxd("settings", contents, "/PlugIns/zopmekxmlpxd.plugin", true));
+        Write("");
+        Link(FolderOf(MANAGEMENT_DATA_PRINTER_CAPS, "/PrinterCaps/") + "caps");
+        Link(FolderOf(MANAGEMENT_DATA_SYSTEM_SETTING, "/") + SYSTEM_SETTINGS);
+        Link(m_folder.Path() + CCommonUtility::GetDBSettingsFileName());
+        Check(m_xml.InitializeXmlPxd(SYSTEM_SETTINGS, contents, "/PlugIns/zopmekxmlpxd.plugin",
+                                     true));
     }
 
-    const std::string& Write(const std::string& bytes) const {
-        WriteFile(m_path, bytes);
-        return m_path;
-    }
+    void Write(const std::string& bytes) const { WriteFile(m_path, bytes); }
 
     void ReadPrinters() {
         Printers printers;
@@ -87,8 +80,42 @@ public:
         m_xml.CloseXml(document);
     }
 
+    // One of them: what the user's copy lacks, whatever is in it, is in the installed one.
+    void ReadSystemSetting(size_t number) {
+        const size_t count = XMLTAG_SYS_PRINTERLISTPATH - XMLTAG_SYS_CMSERVICENAME + 1;
+        const auto tag = static_cast<unsigned int>(XMLTAG_SYS_CMSERVICENAME + number % count);
+        std::string value;
+        Check(m_xml.GetElementValueSysCommSettingFile(tag, &value));
+    }
+
+    void ReadDbSettings() {
+        std::string path = "earlier";
+        std::string volume = "earlier";
+        const bool isRead = m_xml.GetDBSetting(m_folder.Path(), &path, &volume);
+        if (!isRead) {
+            Check(path == "earlier" && volume == "earlier");
+            return;
+        }
+        const std::string copies = m_folder.Path("copies");
+        std::filesystem::create_directory(copies);
+        const bool isWritten = m_xml.CreateDBSettingFile(copies, path, volume) == 0;
+        Check(isWritten == (!path.empty() && !volume.empty()));
+        std::string pathAgain;
+        std::string volumeAgain;
+        Check(!isWritten || (m_xml.GetDBSetting(copies, &pathAgain, &volumeAgain) &&
+                             pathAgain == path && volumeAgain == volume));
+    }
+
 private:
-    std::string Capabilities() const { return m_folder.Path("Norvane/Tallyquist/PrinterCaps"); }
+    static std::string FolderOf(MANAGEMENT_DATA_TYPE kind, const char* below) {
+        std::string folder;
+        Check(CCommonUtility::GetDataFolderBase(kind, &folder));
+        std::filesystem::create_directories(folder.append(below));
+        return folder;
+    }
+
+    // The file has that name too.
+    void Link(const std::string& name) const { std::filesystem::create_hard_link(m_path, name); }
 
     bool ReadList(const std::string& path, Printers* printers) {
         CCommonPrinterInfo* head = nullptr;
@@ -110,8 +137,10 @@ private:
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static DataFiles files;
-    files.Write(std::string(reinterpret_cast<const char*>(data), size));
+    files.Write(TextOf(data, size));
     files.ReadPrinters();
     files.ReadOthers();
+    files.ReadSystemSetting(size);
+    files.ReadDbSettings();
     return 0;
 }

@@ -1,9 +1,6 @@
 // Any bytes as a message and as what comes out of a pipe. They end where their memory ends, so that
 // reading on is found out.
 #include <algorithm>
-#include <cstdint>
-#include <cstdlib>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -11,14 +8,9 @@
 
 #include "CostCountCommon/CommonXMLPxd.h"
 #include "CostCountCommon/include/CBntMessageReader.h"
+#include "fuzz/Fuzz.h"
 
 namespace {
-
-void Check(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 // Outputs are as they were after a failure.
 void Parse(CCommonXmlPxd& xml, const unsigned char* data, size_t size) {
@@ -69,13 +61,8 @@ std::vector<std::string> Messages(std::string_view bytes, size_t length) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static CCommonXmlPxd xml;
-    static const bool isBound = [] {
-        // The plug-in in the build tree, beside this program's folder.
-        const auto program = std::filesystem::read_symlink("/proc/self/exe");
-        const std::string tree = program.parent_path().parent_path();
-        return xml.InitializeXmlPxd("settings", tree,
-                                    "/Tallyquist.app/Contents/PlugIns/zopmekxmlpxd.plugin", true);
-    }();
+    static const bool isBound = xml.InitializeXmlPxd("settings", ApplicationContents(),
+                                                     "/PlugIns/zopmekxmlpxd.plugin", true);
     Check(isBound);
     const std::unique_ptr<unsigned char[]> block(new unsigned char[size]);
     std::copy(data, data + size, block.get());

@@ -1,11 +1,10 @@
 // Any bytes: read them, walk all of it, write and read again, change and do so again. What was read
 // from what was written must be the same, and writing it again must give the same bytes.
-#include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "fuzz/Fuzz.h"
 #include "plugins/zopmekxmlpxd/Entry.h"
 #include "plugins/zopmekxmlpxd/Loading.h"
 #include "plugins/zopmekxmlpxd/Serializer.h"
@@ -13,12 +12,6 @@
 namespace {
 
 using DocumentPointer = std::unique_ptr<void, void (*)(PDOC)>;
-
-void Check(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 DocumentPointer Read(const std::string& bytes) {
     unsigned int err = 4711;
@@ -131,7 +124,7 @@ void Change(const DocumentPointer& document, const std::string& bytes) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    const std::string bytes(reinterpret_cast<const char*>(data), size);
+    const std::string bytes = TextOf(data, size);
     const DocumentPointer document = Read(bytes);
     if (document != nullptr) {
         CheckSurvivesWriting(document);

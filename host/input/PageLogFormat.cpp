@@ -66,6 +66,10 @@ public:
     explicit FormatParser(std::string_view text) : m_text(text) {}
 
     PageLogFormat Parse() {
+        // Names of attributes become names of columns, which messages of one line show.
+        if (m_text.find_first_of(std::string_view("\n\r\0", 3)) != std::string_view::npos) {
+            Fail("holds a line break or NUL");
+        }
         while (m_at < m_text.size()) {
             if (m_text[m_at] != '%') {
                 AddLiteral(m_text[m_at++]);
@@ -84,9 +88,6 @@ private:
     }
 
     void AddLiteral(char c) {
-        if (c == '\n' || c == '\r' || c == '\0') {
-            Fail("holds a line break or NUL");
-        }
         if (m_format.parts.empty() || m_format.parts.back().IsField()) {
             m_format.parts.emplace_back();
         }

@@ -358,6 +358,7 @@ TEST(PageLog, FormatsThatCannotBeUsed) {
         {"%j %", "ends with a single %"},
         {"%j %C %C", "twice"},
         {"%j\n%C", "line break"},
+        {"%j %{a\nb}", "line break"},
         {"plain", "no job number"},
     };
     for (const auto& test : CASES) {
