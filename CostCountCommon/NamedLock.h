@@ -34,7 +34,7 @@ public:
     static bool IsLocked(const char* name);
 
 private:
-    std::string m_name;
+    std::string m_systemName;  // kept, so that it is taken away also when memory is exhausted
     unsigned int m_timeoutSeconds = 0;
     sem_t* m_semaphore = nullptr;
 };

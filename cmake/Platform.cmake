@@ -4,9 +4,10 @@
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
     set(TALLYQUIST_PLATFORM linux)
     set(TALLYQUIST_PLATFORM_SOURCES
-        Bundle.cpp CoreFoundation.cpp FileAttributes.cpp FileCopy.cpp FolderListing.cpp Folders.cpp
-        HomeFolder.cpp Launch.cpp LocalizedStrings.cpp Module.cpp Preferences.cpp ProcessTable.cpp
-        PropertyList.cpp SemaphoreNames.cpp StringsFile.cpp TextFile.cpp TimeZone.cpp)
+        Bundle.cpp CoreFoundation.cpp FileAttributes.cpp FileCopy.cpp FolderListing.cpp
+        FolderNames.cpp Folders.cpp HomeFolder.cpp Launch.cpp LocalizedStrings.cpp Module.cpp
+        Preferences.cpp ProcessTable.cpp PropertyList.cpp SemaphoreNames.cpp StringsFile.cpp
+        TextFile.cpp TimeZone.cpp)
     set(TALLYQUIST_PLATFORM_LIBRARIES "")
     set(TALLYQUIST_CODE_FOLDER Linux)
     set(TALLYQUIST_CODE_SUFFIX .so)

@@ -8,7 +8,6 @@
 
 #include "CostCountCommon/include/CHandleSupport.h"
 #include "CostCountCommon/src/Log.h"
-#include "CostCountCommon/src/SemaphoreName.h"
 #include "CostCountCommon/src/platform/Platform.h"
 
 namespace {
@@ -25,7 +24,7 @@ constexpr int UNIQUE_NAME_LIMIT = 10000;
 
 CEventHandle::~CEventHandle() {
     Close();
-    UnlinkSemaphore(m_name);
+    sem_unlink(m_systemName.c_str());
 }
 
 std::string CEventHandle::FullNameOf(const std::string& shortName) {
@@ -38,11 +37,12 @@ bool CEventHandle::Open(const char* fullName, int oflag) try {
     }
     std::string name = fullName;
     // Creating takes the other form: it needs a mode and a value.
-    sem_t* semaphore = sem_open(platform::SemaphoreName(name).c_str(), oflag & ~O_CREAT);
+    std::string systemName = platform::SemaphoreName(name);
+    sem_t* semaphore = sem_open(systemName.c_str(), oflag & ~O_CREAT);
     if (semaphore == SEM_FAILED) {
         return false;
     }
-    Take(semaphore, std::move(name));
+    Take(semaphore, std::move(name), std::move(systemName));
     return true;
 } catch (const std::exception&) {
     return false;  // out of memory
@@ -67,10 +67,10 @@ bool CEventHandle::Open(const char* shortName, int oflag, unsigned short mode, u
         name = counter == 0 ? base : base + std::to_string(counter);
         LibLogger().WriteLog(SOURCE, __LINE__, 'd', 0, "begin sem_open(\"%s\",%d,%d,%u)\n",
                              name.c_str(), oflag, mode, value);
-        const std::string systemName = platform::SemaphoreName(name);
+        std::string systemName = platform::SemaphoreName(name);
         sem_t* semaphore = sem_open(systemName.c_str(), oflag, mode_t{mode}, value);
         if (semaphore != SEM_FAILED) {
-            Take(semaphore, std::move(name));
+            Take(semaphore, std::move(name), std::move(systemName));
             return true;
         }
         error = static_cast<unsigned int>(errno);
@@ -86,14 +86,15 @@ bool CEventHandle::Open(const char* shortName, int oflag, unsigned short mode, u
     return false;  // out of memory
 }
 
-void CEventHandle::Take(sem_t* semaphore, std::string name) {
+void CEventHandle::Take(sem_t* semaphore, std::string name, std::string systemName) {
     Close();
     if (!m_name.empty() && m_name != name) {
-        UnlinkSemaphore(m_name);  // as at the end of an object that is not opened again
+        sem_unlink(m_systemName.c_str());  // as at the end of an object that is not opened again
     }
     m_semaphore = semaphore;
     m_isOpen = true;
     m_name.swap(name);
+    m_systemName.swap(systemName);
 }
 
 void CEventHandle::Close() {

@@ -9,7 +9,6 @@
 #include <utility>
 
 #include "CostCountCommon/src/Log.h"
-#include "CostCountCommon/src/SemaphoreName.h"
 #include "CostCountCommon/src/platform/Platform.h"
 #include "compatible/osFree.h"
 
@@ -29,9 +28,8 @@ void Log(unsigned int line, char level, int code, const char* message) {
 // released.
 class OpenSemaphore {
 public:
-    explicit OpenSemaphore(const std::string& name) : m_name(name) {
-        const std::string systemName = platform::SemaphoreName(name);
-        m_semaphore = sem_open(systemName.c_str(), O_CREAT, 0666, 1);
+    explicit OpenSemaphore(const std::string& systemName)
+        : m_systemName(systemName), m_semaphore(sem_open(systemName.c_str(), O_CREAT, 0666, 1)) {
         m_error = errno;
     }
     ~OpenSemaphore() { Close(); }
@@ -44,15 +42,15 @@ public:
     void Close() {
         if (m_semaphore != SEM_FAILED) {
             sem_close(Release());
-            UnlinkSemaphore(m_name);
+            sem_unlink(m_systemName.c_str());
         }
     }
     sem_t* Get() const { return m_semaphore; }
     sem_t* Release() { return std::exchange(m_semaphore, SEM_FAILED); }
 
 private:
-    const std::string& m_name;
-    sem_t* m_semaphore = SEM_FAILED;
+    const std::string& m_systemName;
+    sem_t* m_semaphore;
     int m_error = 0;
 };
 
@@ -98,9 +96,9 @@ unsigned int CNamedLock::Lock(const char* name, unsigned int timeoutSeconds) try
         Log(__LINE__, 'e', 0, "invalid parameter.");
         return FAILED;
     }
-    m_name = name;
+    m_systemName = platform::SemaphoreName(name);
     m_timeoutSeconds = timeoutSeconds;
-    OpenSemaphore semaphore(m_name);
+    OpenSemaphore semaphore(m_systemName);
     if (!semaphore.IsOpen()) {
         Log(__LINE__, 'e', semaphore.Error(), "sem_open failed.");
         return FAILED;
@@ -120,7 +118,7 @@ int CNamedLock::Unlock() {
         sem_close(m_semaphore);
         m_semaphore = nullptr;
     }
-    return UnlinkSemaphore(m_name);
+    return sem_unlink(m_systemName.c_str());
 }
 
 bool CNamedLock::IsLocked(const char* name) try {
@@ -128,8 +126,8 @@ bool CNamedLock::IsLocked(const char* name) try {
         Log(__LINE__, 'e', 0, "invalid parameter.");
         return false;
     }
-    const std::string lock = name;
-    const OpenSemaphore semaphore(lock);
+    const std::string systemName = platform::SemaphoreName(name);
+    const OpenSemaphore semaphore(systemName);
     if (!semaphore.IsOpen()) {
         Log(__LINE__, 'e', semaphore.Error(), "sem_open failed.");
         return false;

@@ -114,6 +114,8 @@ bool ReplacingFile::Place() {
 }
 
 bool ReplacingFile::Commit() {
+    // Before the file has its name: afterwards memory must not run out any more.
+    const std::string folderName = FolderOf(m_target);
     if (!Flush()) {
         return false;
     }
@@ -124,8 +126,7 @@ bool ReplacingFile::Commit() {
     m_temporary.clear();
     // Makes the new name durable. A folder that cannot be read, or a file system that cannot do so,
     // still has the whole file.
-    const FileDescriptor folder =
-        FileDescriptor::Open(FolderOf(m_target).c_str(), O_RDONLY | O_DIRECTORY);
+    const FileDescriptor folder = FileDescriptor::Open(folderName.c_str(), O_RDONLY | O_DIRECTORY);
     if (folder.IsOpen()) {
         fsync(folder.Number());
     }

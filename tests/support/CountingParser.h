@@ -10,6 +10,10 @@ public:
     // Forgets all calls and failures; the handles that are out stay counted.
     static void Reset();
 
+    // An error that is none: the call gives nothing and error 0. Calls whose result is the error
+    // are then neither counted nor failed.
+    static constexpr unsigned int QUIETLY = 0;
+
     // Makes the nth call from now of that entry, or of any entry but DeleteNode and DeleteDoc when
     // the name is empty, end with the error instead of being forwarded. Replaces an earlier plan.
     static void Fail(const std::string& entry, int nth, unsigned int error);

@@ -3,18 +3,14 @@
 #include <regex.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
 
-#include "CostCountCommon/src/CancellationOff.h"
 #include "CostCountCommon/src/platform/Platform.h"
 #include "CostCountCommon/src/platform/RegularExpressions.h"
+#include "CostCountCommon/src/platform/linux/FolderNames.h"
 #include "compatible/Utf8.h"
 
 namespace platform {
 namespace {
-
-namespace fs = std::filesystem;
 
 // Makes text UTF-8 to the regular expressions of this thread, whatever the program's locale, so
 // that a dot stands for a character instead of a byte.
@@ -67,20 +63,11 @@ private:
 }  // namespace
 
 bool ListFolder(const std::string& folder, std::vector<std::string>* names) {
-    // Opening a folder is a cancellation point within functions that must not be left.
-    const CancellationOff whole;
     std::vector<std::string> found;
-    std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error)) {
-        std::string name = entry->path().filename().string();
-        if (IsUtf8(name)) {
-            found.push_back(std::move(name));
-        }
-    }
-    if (error) {
+    if (!FolderNames(folder, &found)) {
         return false;
     }
+    std::erase_if(found, [](const std::string& name) { return !IsUtf8(name); });
     std::sort(found.begin(), found.end());
     *names = std::move(found);
     return true;

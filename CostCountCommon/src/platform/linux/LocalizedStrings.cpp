@@ -8,9 +8,9 @@
 #include <string_view>
 #include <system_error>
 
-#include "CostCountCommon/src/CancellationOff.h"
 #include "CostCountCommon/src/platform/Platform.h"
 #include "CostCountCommon/src/platform/linux/Bundle.h"
+#include "CostCountCommon/src/platform/linux/FolderNames.h"
 #include "CostCountCommon/src/platform/linux/StringsFile.h"
 #include "CostCountCommon/src/platform/linux/TextFile.h"
 
@@ -115,15 +115,16 @@ std::optional<std::string> LocalizedString(const char* key) {
 }
 
 int LocalizationsCount() {
-    // Opening a folder is a cancellation point within functions that must not be left.
-    const CancellationOff whole;
+    const fs::path resources = ResourcesFolder();
+    std::vector<std::string> names;
     int count = 0;
-    std::error_code error;
-    for (fs::directory_iterator entry(ResourcesFolder(), error), end; !error && entry != end;
-         entry.increment(error)) {
-        std::error_code unknown;
-        if (entry->path().extension() == LANGUAGE_EXTENSION && entry->is_directory(unknown)) {
-            ++count;
+    if (FolderNames(resources, &names)) {
+        for (const std::string& name : names) {
+            const fs::path path = resources / name;
+            std::error_code unknown;
+            if (path.extension() == LANGUAGE_EXTENSION && fs::is_directory(path, unknown)) {
+                ++count;
+            }
         }
     }
     return count;

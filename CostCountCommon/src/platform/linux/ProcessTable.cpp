@@ -1,18 +1,17 @@
 // The processes that run, as /proc tells.
 #include <algorithm>
 #include <charconv>
-#include <filesystem>
+#include <string>
 #include <string_view>
-#include <system_error>
 
-#include "CostCountCommon/src/CancellationOff.h"
 #include "CostCountCommon/src/platform/Platform.h"
+#include "CostCountCommon/src/platform/linux/FolderNames.h"
 #include "CostCountCommon/src/platform/linux/TextFile.h"
 
 namespace platform {
 namespace {
 
-namespace fs = std::filesystem;
+constexpr char FOLDER[] = "/proc/";
 
 template <typename Number>
 bool ParseNumber(std::string_view text, Number* number) {
@@ -26,7 +25,7 @@ std::string_view FieldOf(std::string_view line, std::string_view name) {
 }
 
 // False for a process that ended, whether or not its parent has noticed.
-bool ReadStatus(const fs::path& path, Process* process) {
+bool ReadStatus(const std::string& path, Process* process) {
     constexpr size_t LARGEST_STATUS = 1 << 16;
     std::string text;
     bool runs = false;
@@ -53,21 +52,18 @@ bool ReadStatus(const fs::path& path, Process* process) {
 }  // namespace
 
 bool ListProcesses(std::vector<Process>* processes) {
-    // Opening a folder is a cancellation point within functions that must not be left.
-    const CancellationOff whole;
+    std::vector<std::string> names;
+    if (!FolderNames(FOLDER, &names)) {
+        return false;
+    }
     std::vector<Process> found;
-    std::error_code error;
-    for (fs::directory_iterator entry("/proc", error), end; !error && entry != end;
-         entry.increment(error)) {
+    for (const std::string& name : names) {
         Process process{};
         // Files of a process that ends in the meantime cannot be read, which leaves it out.
-        if (ParseNumber(entry->path().filename().native(), &process.id) &&
-            ReadStatus(entry->path() / "status", &process)) {
+        if (ParseNumber(name, &process.id) &&
+            ReadStatus(std::string(FOLDER).append(name).append("/status"), &process)) {
             found.push_back(std::move(process));
         }
-    }
-    if (error) {
-        return false;
     }
     *processes = std::move(found);
     return true;

@@ -1,0 +1,210 @@
+// What the library and its plug-ins do besides XML, and what the program writes.
+#include <fcntl.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "CostCountCommon/CMLibLogger.h"
+#include "CostCountCommon/CommonUtility.h"
+#include "CostCountCommon/NamedLock.h"
+#include "CostCountCommon/include/CBntMessageReader.h"
+#include "CostCountCommon/include/MacUtility.h"
+#include "compatible/osFree.h"
+#include "tests/faults/Operation.h"
+
+namespace {
+
+constexpr const char* PREFERENCES = "config/Norvane/Tallyquist/preferences";
+constexpr const char* CONFIRM_TIME = "ErrorLogConfirmTime";
+constexpr const char* LOG = GROUP_FOLDER "/own.log";
+constexpr const char* PRINTERS = GROUP_FOLDER "/printer_list.xml";
+constexpr Promise WHOLE = Promise::WHOLE;
+
+std::string Lines(Bench& b, const std::string& head, const std::string& start,
+                  const std::string& end) {
+    std::string lines = head + "\n";
+    for (int i = 0; i < b.items; ++i) {
+        lines.append(start).append(std::to_string(i)).append(end).append("\n");
+    }
+    return lines;
+}
+
+bool ConvertText(Bench& b) {
+    const CFStringRef string = CreateCFString("a text that needs memory of its own");
+    CFStringToUstring(string, &b.second);
+    if (string != nullptr) {
+        CFRelease(string);
+    }
+    return !b.second.empty();
+}
+bool ListPlugins(Bench& b) {
+    std::vector<std::string> names;
+    CCommonUtility::GetFileList(b.contents, names);
+    b.second = names.empty() ? "" : "listed";
+    return !names.empty();
+}
+
+void WriteSources(Bench& b) {
+    WriteFile("from1", Lines(b, "first", "a line that is copied ", ""));
+    WriteFile("from2", Lines(b, "second", "another ", ""));
+    WriteFile("target/copy", ReadFile("from2"));
+}
+void WritePreferences(Bench& b) {
+    WriteFile(PREFERENCES,
+              Lines(b, "Another=1", "PreferenceOfAnotherProgram", "=1") + CONFIRM_TIME + "=2\n");
+}
+bool GetPreference(Bench& b) {
+    GetPreferenceValue(CONFIRM_TIME, b.second);
+    return !b.second.empty();
+}
+
+// The exporter writes in place, so there is no earlier file to keep.
+void RemoveTable(Bench&) {
+    std::filesystem::remove("target/jobs.csv");
+}
+bool ExportTable(Bench& b) {
+    const char* values[] = {b.Written().text.c_str(), "1795250919", "90061"};
+    const char* types[] = {nullptr, "datetime", "timespan"};
+    void* handle = nullptr;
+    b.exporter.create(&handle);
+    if (handle == nullptr) {
+        return false;
+    }
+    bool isWritten = b.exporter.open(handle, "target/jobs.csv") == 0;
+    isWritten = isWritten && b.exporter.writeBom(handle) == 0;
+    for (int i = 0; i < b.items && isWritten; ++i) {
+        isWritten = b.exporter.writeValues(handle, 3, values, nullptr, types) == 0;
+    }
+    isWritten = b.exporter.close(handle) == 0 && isWritten;
+    b.exporter.dispose(handle);
+    return isWritten;
+}
+
+// A page, so that the next line needs another one of the disk.
+void WriteEarlierLog(Bench&) {
+    WriteFile(LOG, std::string(4095, 'x') + "\n");
+}
+bool WriteLog(Bench& b) {
+    CCMLibLogger logger;
+    logger.InitLibLogger("own.log", "owner", "module", LOGGER_MODULE);
+    return logger.IsInitialized() &&
+           logger.writeLogByAppLogger("File", 1, 'e', 2, b.Written().text.c_str()) == 0;
+}
+
+bool ReadMessage(Bench& b) {
+    CBntMessageReader reader;
+    return reader.Append(b.command.data(), b.command.size()) &&
+           reader.Finish(&b.second) == BntRead::MESSAGE;
+}
+bool WaitForEvents(Bench&) {
+    void* events[2] = {};
+    int result = static_cast<int>(WAIT_FAILED);
+    if (CCommonUtility::CreateEvent(&events[0]) && CCommonUtility::CreateEvent(&events[1])) {
+        SetEvent(events[1]);
+        result = WaitForMultipleObjects(2, events, false, 60000);
+    }
+    CloseHandle(events[0]);
+    CloseHandle(events[1]);
+    return result == static_cast<int>(WAIT_OBJECT_0) + 1;
+}
+bool WaitForEvent(Bench& b) {
+    CEventHandle event;
+    return event.Open(b.eventName.c_str(), O_CREAT | O_EXCL, 0600, 1, true) &&
+           event.TimedWait(60000) == WAIT_OBJECT_0;
+}
+bool RunThread(Bench&) {
+    void* thread = nullptr;
+    const auto nothing = [](void*) { return 0U; };
+    const bool isJoined = CCommonUtility::StartThread(nothing, nullptr, &thread) &&
+                          WaitForSingleObject(thread, INFINITE) == static_cast<int>(WAIT_OBJECT_0);
+    CloseHandle(thread);
+    return isJoined;
+}
+bool TakeLock(Bench& b) {
+    CNamedLock lock;
+    return lock.Lock(b.lockName.c_str(), 0) == CNamedLock::LOCKED;
+}
+
+// --- The program ---
+
+bool Run(const std::string& arguments) {
+    const std::string line = "exec " TALLYQUIST " " + arguments + " >/dev/null 2>&1";
+    const int status = std::system(line.c_str());
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+void AddFirstPrinter(Bench& b) {
+    std::filesystem::remove(PRINTERS);
+    Run("printers add --serial P0 --model Plotter --port-type ipv4 --port 10.0.0.5 --name en=" +
+        b.records[1].number);
+}
+bool ImportCosts(Bench& b) {
+    return Run("costs import Office prices" + b.Written().number);
+}
+bool ExportJobs(Bench& b) {
+    return Run("export --force -q -o target/exported.csv log" + b.Written().number);
+}
+void WriteTables(Bench& b) {
+    for (const Records& r : b.records) {
+        WriteFile("prices" + r.number, Lines(b, "kind,id,cost", "ink,ink ", ",0." + r.number));
+        WriteFile("log" + r.number, Lines(b, "user,job", "user " + r.number + ",", ""));
+    }
+    b.variant = 1;
+    ImportCosts(b);
+    ExportJobs(b);
+    b.variant = 0;
+}
+
+const Operation OPERATIONS[] = {
+    {"InitializeXmlPxd", nullptr, nullptr,
+     [](Bench&) { return CCommonXmlPxd().InitializeXmlPxd("s", "/", "./parser", false); }, WHOLE,
+     MEMORY},
+    {"GetDataFolderBase", nullptr, nullptr,
+     [](Bench& b) { return CCommonUtility::GetDataFolderBase(MANAGEMENT_DATA_UNIT_COST, &b.out); },
+     WHOLE, MEMORY},
+    {"CreatePipeName", nullptr, nullptr,
+     [](Bench& b) { return CCommonUtility::CreatePipeName("pipe", &b.out); }, WHOLE, MEMORY},
+    {"GetTempFilePath", nullptr, nullptr,
+     [](Bench& b) { return CCommonUtility::GetTempFilePath("base", 1, "ext", &b.out); }, WHOLE,
+     MEMORY},
+    {"GetLibPath", nullptr, nullptr,
+     [](Bench& b) {
+         return !(b.second = CCommonUtility::GetLibPath(CCommonUtility::PATH_PRINT)).empty();
+     },
+     WHOLE, MEMORY},
+    {"GetFileList", nullptr, nullptr, ListPlugins, WHOLE, MEMORY},
+    {"CreateCFString, CFStringToUstring", nullptr, nullptr, ConvertText, WHOLE, MEMORY},
+    {"CopyFile", "target/copy", WriteSources,
+     [](Bench& b) { return CopyFile(b.variant == 0 ? "from1" : "from2", "target/copy", 0); }, WHOLE,
+     MEMORY | SYSTEM | KILL},
+    // There is nobody to tell of a failure to store a preference.
+    {"SetPreferenceValue", PREFERENCES, WritePreferences,
+     [](Bench& b) { return SetPreferenceValue(CONFIRM_TIME, b.Written().number.c_str()), true; },
+     Promise::UNTOLD, MEMORY | SYSTEM | KILL},
+    {"GetPreferenceValue", PREFERENCES, WritePreferences, GetPreference, WHOLE, MEMORY},
+    {"DataExporterCreate ... Dispose", "target/jobs.csv", RemoveTable, ExportTable, Promise::GONE,
+     MEMORY | SYSTEM},
+    {"InitLibLogger, alWrite", LOG, WriteEarlierLog, WriteLog, WHOLE, MEMORY | SYSTEM},
+    {"CBntMessageReader", nullptr, nullptr, ReadMessage, WHOLE, MEMORY},
+    {"CreateEvent, WaitForMultipleObjects", nullptr, nullptr, WaitForEvents, WHOLE, MEMORY},
+    {"CEventHandle", nullptr, nullptr, WaitForEvent, WHOLE, MEMORY},
+    {"StartThread, WaitForSingleObject", nullptr, nullptr, RunThread, WHOLE, MEMORY},
+    {"CNamedLock", nullptr, nullptr, TakeLock, WHOLE, MEMORY},
+
+    {"settings set", GROUP_FOLDER "/CMSystemSetting.cfg", nullptr,
+     [](Bench& b) { return Run("settings set MaxDetch " + b.Written().number); }, WHOLE,
+     SYSTEM | KILL},
+    {"printers add", PRINTERS, AddFirstPrinter,
+     [](Bench&) { return Run("printers add --serial P1 --model M --port-type usb --port 1"); },
+     WHOLE, SYSTEM},
+    {"printers set", PRINTERS, AddFirstPrinter,
+     [](Bench& b) { return Run("printers set P0 --name en=" + b.Written().number); }, WHOLE, KILL},
+    {"costs import", LOCAL_FOLDER "/Cost/Office", WriteTables, ImportCosts, WHOLE, SYSTEM | KILL},
+    {"export -o", "target/exported.csv", WriteTables, ExportJobs, WHOLE, SYSTEM | KILL},
+};
+
+}  // namespace
+
+std::span<const Operation> LibraryOperations() {
+    return OPERATIONS;
+}

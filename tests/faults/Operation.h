@@ -1,0 +1,42 @@
+// The operations that faults are tried on. Each is a row of a table.
+#pragma once
+
+#include <span>
+
+#include "tests/faults/Bench.h"
+
+// What an operation that met a fault has to leave.
+enum class Promise {
+    WHOLE,    // told: the earlier file and value; else the new ones
+    UNTOLD,   // the earlier file or the new one, though not every failure is told of
+    PARTIAL,  // WHOLE for the file; the value is what could be read
+    GONE,     // WHOLE, or told and no file
+    KEPT,     // WHOLE; done also where anything lies already, which stays
+};
+
+enum Faults : unsigned int { PARSER = 1, MEMORY = 2, SYSTEM = 4, KILL = 8 };
+
+struct Operation {
+    const char* name;
+    const char* file;  // what it reads or writes, below the bench's folder, or null
+    // Makes the file as it is before. Null: as the operation itself makes it of the other variant.
+    void (*prepare)(Bench& bench);
+    // False when a failure was told.
+    bool (*run)(Bench& bench);
+    Promise promise;
+    unsigned int faults;  // that it is walked by
+};
+
+std::span<const Operation> XmlOperations();      // CCommonXmlPxd
+std::span<const Operation> LibraryOperations();  // the rest of the library, plug-ins, program
+
+template <typename Visit>
+void ForEachOperation(Faults faults, Visit visit) {
+    for (const auto operations : {XmlOperations(), LibraryOperations()}) {
+        for (const Operation& operation : operations) {
+            if ((operation.faults & faults) != 0) {
+                visit(operation);
+            }
+        }
+    }
+}
