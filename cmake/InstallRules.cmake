@@ -3,12 +3,17 @@
 include(CMakePackageConfigHelpers)
 
 install(TARGETS tallyquist DESTINATION "${TALLYQUIST_CONTENTS_INSTALL}/${TALLYQUIST_CODE_FOLDER}")
-install(CODE "
+set(program "${TALLYQUIST_CONTENTS_INSTALL}/${TALLYQUIST_CODE_FOLDER}/tallyquist")
+if(TALLYQUIST_FINDS_LINKED_BUNDLE)
+    install(CODE "
     set(bin \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/bin\")
     file(MAKE_DIRECTORY \"\${bin}\")
-    file(CREATE_LINK
-        \"../${TALLYQUIST_CONTENTS_INSTALL}/${TALLYQUIST_CODE_FOLDER}/tallyquist\"
-        \"\${bin}/tallyquist\" SYMBOLIC)")
+    file(CREATE_LINK \"../${program}\" \"\${bin}/tallyquist\" SYMBOLIC)")
+else()
+    # The bundle of a program that is started through a link would be looked for around the link.
+    file(CONFIGURE OUTPUT starter @ONLY CONTENT "#!/bin/sh\nexec \"$(dirname \"$0\")/../@program@\" \"$@\"\n")
+    install(PROGRAMS "${CMAKE_BINARY_DIR}/starter" DESTINATION bin RENAME tallyquist)
+endif()
 configure_file(docs/tallyquist.1.in "${CMAKE_BINARY_DIR}/docs/tallyquist.1" @ONLY)
 install(FILES "${CMAKE_BINARY_DIR}/docs/tallyquist.1" DESTINATION share/man/man1)
 

@@ -1,6 +1,7 @@
 # The one place where the build asks which system it is on. It picks the folder of the platform
 # seam's sources with what they need, the names of the folder and of the files that hold code in a
-# bundle, the form of export lists, and the option of nm that lists what a plug-in exports.
+# bundle, the form of export lists, the option of nm that lists what a plug-in exports, what of a
+# module with the property BUNDLE is loaded, and whether a program started through a link finds its bundle.
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
     set(TALLYQUIST_PLATFORM linux)
     set(TALLYQUIST_PLATFORM_SOURCES
@@ -13,6 +14,8 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
     set(TALLYQUIST_CODE_SUFFIX .so)
     set(TALLYQUIST_EXPORT_OPTION --version-script=)
     set(TALLYQUIST_NM_EXPORTED -D)
+    set(TALLYQUIST_LOADABLE TARGET_FILE)
+    set(TALLYQUIST_FINDS_LINKED_BUNDLE ON)
 elseif(CMAKE_SYSTEM_NAME STREQUAL "Darwin")
     enable_language(OBJCXX)
     set(TALLYQUIST_PLATFORM macos)
@@ -24,6 +27,8 @@ elseif(CMAKE_SYSTEM_NAME STREQUAL "Darwin")
     set(TALLYQUIST_CODE_SUFFIX "")
     set(TALLYQUIST_EXPORT_OPTION -exported_symbols_list,)
     set(TALLYQUIST_NM_EXPORTED -g)
+    set(TALLYQUIST_LOADABLE TARGET_BUNDLE_DIR)
+    set(TALLYQUIST_FINDS_LINKED_BUNDLE OFF)
 else()
     message(FATAL_ERROR "There is no platform backend for ${CMAKE_SYSTEM_NAME}.")
 endif()

@@ -46,7 +46,7 @@ private:
     void Take(sem_t* semaphore, std::string name, std::string systemName);
 
     std::string m_name;
-    std::string m_systemName;  // kept, so that it is taken away also when memory is exhausted
     sem_t* m_semaphore = SEM_FAILED;
     bool m_isOpen = false;
+    std::string m_systemName;  // kept, so that it is taken away also when memory is exhausted
 };
