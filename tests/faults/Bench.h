@@ -26,6 +26,9 @@ struct Records {
     CCommonXmlPxdDataPrinterCaps caps;
 };
 
+// Final: the class has no virtual destructor.
+class OwnedXml final : public CCommonXmlPxd {};
+
 struct Bench {
     // With `parser` as the parser plug-in of the application. Files hold so many `items` of a kind.
     Bench(const char* parser, int items);
@@ -53,7 +56,7 @@ struct Bench {
     int variant = 0;
 
     // For one run: an object with a document of its own, and what operations give.
-    std::optional<CCommonXmlPxd> xml;
+    std::optional<OwnedXml> xml;
     void* document = nullptr;
     void* root = nullptr;
     unsigned int err = 0;

@@ -12,7 +12,9 @@ void FailEach(Trial& trial, const std::string& what, const std::function<void(in
               const std::function<bool()>& disarm) {
     bool hasCome = true;
     trial.disarm = [&] { hasCome = disarm(); };
-    for (int n = 1; hasCome; ++n) {
+    int n = 0;
+    while (hasCome) {
+        ++n;
         const Tally before = trial.counts;
         const std::string fault = what + " " + std::to_string(n);
         trial.arm = [&] { arm(n); };
