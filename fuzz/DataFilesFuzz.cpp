@@ -80,12 +80,21 @@ public:
         m_xml.CloseXml(document);
     }
 
-    // One of them: what the user's copy lacks, whatever is in it, is in the installed one.
-    void ReadSystemSetting(size_t number) {
-        const size_t count = XMLTAG_SYS_PRINTERLISTPATH - XMLTAG_SYS_CMSERVICENAME + 1;
-        const auto tag = static_cast<unsigned int>(XMLTAG_SYS_CMSERVICENAME + number % count);
-        std::string value;
-        Check(m_xml.GetElementValueSysCommSettingFile(tag, &value));
+    // The user's copy counts; what it lacks is in the installed one.
+    void ReadSystemSettings() {
+        void* document = nullptr;
+        void* root = m_xml.OpenXml(m_path, &document);
+        for (const unsigned int tag : {XMLTAG_SYS_BASECYCLE, XMLTAG_SYS_USBRETRYCOUNT}) {
+            std::string value;
+            std::string own;
+            unsigned int err = 0;
+            Check(m_xml.GetElementValueSysCommSettingFile(tag, &value));
+            Check(
+                !m_xml.GetElementValueWithSearch(root, static_cast<int>(tag), false, &own, &err) ||
+                value == own);
+        }
+        m_xml.DeleteNode(root);
+        m_xml.CloseXml(document);
     }
 
     void ReadDbSettings() {
@@ -140,7 +149,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     files.Write(TextOf(data, size));
     files.ReadPrinters();
     files.ReadOthers();
-    files.ReadSystemSetting(size);
+    files.ReadSystemSettings();
     files.ReadDbSettings();
     return 0;
 }

@@ -1,6 +1,7 @@
 // Any bytes as one of the texts that people and other programs write. The first one chooses which.
 #include <filesystem>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -55,10 +56,10 @@ void ReadMediaName(const std::string& name) {
 // A line in the format is read as it was written, unless it is told to be ambiguous.
 void ReadLogFormat(const std::string& text) try {
     constexpr const char* VALUES[] = {  // in the order of FieldKind
-        "p",     "u", "7", "[21/Nov/2026:09:46:54 +0100]",
-        "total", "3", "-", "localhost",
-        "n",     "-", "-", "-",
-        "-",     "-"};
+        "p",     "u u", "7", "[21/Nov/2026:09:46:54 +0100]",
+        "total", "3",   "-", "localhost",
+        "n n",   "-",   "-", "-",
+        "-",     "t t"};
     const MatcherPair matchers = MakeMatchers(ParsePageLogFormat(text));
     for (const auto& matcher : {matchers.bare, matchers.quoted}) {
         std::string line;
@@ -81,26 +82,32 @@ void ReadLogFormat(const std::string& text) try {
     return;  // no format
 }
 
-// The table survives being written, and what follows a mistake.
-void ReadStringsFile(const std::string& bytes) {
-    const auto table = platform::ParseStringsFile(bytes);
+// Whether the table survives being written, in front of a mistake.
+bool IsKept(const std::map<std::string, std::string>& table) {
     std::string text;
     for (const auto& [key, value] : table) {
-        Check(IsUtf8(key) && IsUtf8(value));
         for (const std::string* part : {&key, &value}) {
             const std::string inner = Replaced(Replaced(*part, "\\", "\\\\"), "\"", "\\\"");
             text.append("\"").append(inner).append(part == &key ? "\"=" : "\";");
         }
     }
-    Check(platform::ParseStringsFile(text + "\"a\" \"b\";") == table);
+    return platform::ParseStringsFile(text + "\"a\" \"b\";") == table;
+}
+
+void ReadStringsFile(const std::string& bytes) {
+    const auto table = platform::ParseStringsFile(bytes);
+    for (const auto& [key, value] : table) {
+        Check(IsUtf8(key) && IsUtf8(value));
+    }
+    Check(IsKept(table) && (!IsUtf8(bytes) || IsKept({{bytes, bytes}})));
 }
 
 // Any text survives as a value.
 void ReadPropertyList(const std::string& text) {
     Check(platform::PropertyListString(text, "k").size() <= text.size());
     const std::string value = Replaced(Replaced(text, "&", "&amp;"), "<", "&lt;");
-    const std::string list = "<!-- <key>k</key> --><key>k</key>\n<string>" + value + "</string>";
-    Check(platform::PropertyListString(list, "k") == text);
+    const std::string list = "<!-- <key>k</key> --><key>k</key>\n<string>" + value;
+    Check(platform::PropertyListString(list + "<!-- - --></string>", "k") == text);
 }
 
 // Whatever the file holds, the preference can be set, once. Each change takes a carriage return
