@@ -10,12 +10,12 @@
 
 #include "CostCountCommon/include/MacUtility.h"
 #include "CostCountCommon/src/BundleFolders.h"
-#include "CostCountCommon/src/Log.h"
 #include "CostCountCommon/src/PathBuffer.h"
+#include "CostCountCommon/src/UtilityLog.h"
 
 namespace {
 
-constexpr const char* SOURCE = "CommonUtility";
+using utility::LogError;
 
 constexpr const char* PRODUCT_FOLDER = "/Norvane/Tallyquist";
 
@@ -39,10 +39,6 @@ constexpr DataFolder DATA_FOLDERS[] = {GROUP, GROUP, LOCAL, LOCAL,   GROUP, LOCA
                                        GROUP, GROUP, GROUP, MACHINE, GROUP, CONTAINER};
 static_assert(std::size(DATA_FOLDERS) == MANAGEMENT_DATA_PIPE + 1);
 
-void LogError(unsigned int line, const char* message, int code = 0) {
-    LibLogger().WriteLog(SOURCE, line, 'e', static_cast<unsigned int>(code), "%s", message);
-}
-
 // Printer identifiers come from outside: none may lead to another folder.
 bool IsFileName(const std::string& name) {
     return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
@@ -56,7 +52,8 @@ bool CCommonUtility::GetDataFolderBase(MANAGEMENT_DATA_TYPE kind, std::string* f
         return false;
     }
     if (kind >= std::size(DATA_FOLDERS)) {
-        LibLogger().WriteLog(SOURCE, __LINE__, 'e', 0, "receive illegal type. type=%u", kind);
+        LibLogger().WriteLog(utility::SOURCE, __LINE__, 'e', 0, "receive illegal type. type=%u",
+                             kind);
         return false;
     }
     const DataFolder& data = DATA_FOLDERS[kind];
@@ -158,7 +155,7 @@ bool CCommonUtility::DeleteConnectionJobLog(const char* printerId) try {
     path.append("/logs/join/").append(name);
     errno = EINVAL;
     if (!IsFileName(name) || (std::remove(path.c_str()) != 0 && errno != ENOENT)) {
-        LibLogger().WriteLog(SOURCE, __LINE__, 'e', static_cast<unsigned int>(errno),
+        LibLogger().WriteLog(utility::SOURCE, __LINE__, 'e', static_cast<unsigned int>(errno),
                              "_tremove() failed. connectJobLogPath=%s", path.c_str());
         return false;
     }

@@ -12,19 +12,15 @@
 #include "CostCountCommon/CommonUtility.h"
 #include "CostCountCommon/CommonXMLPxd.h"
 #include "CostCountCommon/NamedLock.h"
-#include "CostCountCommon/src/Log.h"
 #include "CostCountCommon/src/PathBuffer.h"
+#include "CostCountCommon/src/UtilityLog.h"
 #include "compatible/osFree.h"
 
 namespace {
 
-constexpr const char* SOURCE = "CommonUtility";
+using utility::LogError;
 
 constexpr unsigned int NOT_CREATED = 0xFFFFFFFF;
-
-void LogError(unsigned int line, const char* message, int code = 0) {
-    LibLogger().WriteLog(SOURCE, line, 'e', static_cast<unsigned int>(code), "%s", message);
-}
 
 // Final: the class has no virtual destructor, so only what cannot be derived from may be deleted.
 class OwnedXml final : public CCommonXmlPxd {};

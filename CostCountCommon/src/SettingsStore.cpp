@@ -5,11 +5,11 @@
 
 #include "CostCountCommon/CommonUtility.h"
 #include "CostCountCommon/include/MacUtility.h"
-#include "CostCountCommon/src/Log.h"
+#include "CostCountCommon/src/UtilityLog.h"
 
 namespace {
 
-constexpr const char* SOURCE = "CommonUtility";
+using utility::LogError;
 
 constexpr const char* KEY = "SOFTWARE\\Norvane\\Tallyquist";
 
@@ -27,10 +27,6 @@ constexpr const char* PATH_VALUES[] = {
 };
 static_assert(std::size(PATH_VALUES) == CCommonUtility::PATH_IP_TRACKER + 1);
 
-void LogInvalidParameter(unsigned int line) {
-    LibLogger().WriteLog(SOURCE, line, 'e', 0, "invalid parameter.");
-}
-
 bool IsPreference(const std::string& name) {
     return IsValidPreferenceKey(name.c_str(), nullptr) != 0;
 }
@@ -40,7 +36,7 @@ bool IsPreference(const std::string& name) {
 bool CCommonUtility::GetRegistryValue(const std::string& key, const std::string& name,
                                       std::string* value) try {
     if (key != KEY || value == nullptr) {
-        LogInvalidParameter(__LINE__);
+        LogError(__LINE__, "invalid parameter.");
         return false;
     }
     if (IsPreference(name)) {
@@ -48,7 +44,7 @@ bool CCommonUtility::GetRegistryValue(const std::string& key, const std::string&
         return true;
     }
     if (!GetPluginFilePath(name.c_str(), value)) {
-        LibLogger().WriteLog(SOURCE, __LINE__, 'e', 0, "GetPluginFilePath() failed.");
+        LogError(__LINE__, "GetPluginFilePath() failed.");
         return false;
     }
     return true;
@@ -59,7 +55,7 @@ bool CCommonUtility::GetRegistryValue(const std::string& key, const std::string&
 bool CCommonUtility::GetRegistryHKCUValue(const std::string& key, const std::string& name,
                                           std::string* value) try {
     if (key != KEY || value == nullptr || !IsPreference(name)) {
-        LogInvalidParameter(__LINE__);
+        LogError(__LINE__, "invalid parameter.");
         return false;
     }
     GetPreferenceValue(name.c_str(), *value);
@@ -71,7 +67,7 @@ bool CCommonUtility::GetRegistryHKCUValue(const std::string& key, const std::str
 bool CCommonUtility::SetRegistryValue(const std::string& key, const std::string& name,
                                       const std::string& value) try {
     if (key != KEY || !IsPreference(name)) {
-        LogInvalidParameter(__LINE__);
+        LogError(__LINE__, "invalid parameter.");
         return false;
     }
     SetPreferenceValue(name.c_str(), value.c_str());
@@ -82,7 +78,7 @@ bool CCommonUtility::SetRegistryValue(const std::string& key, const std::string&
 
 std::string CCommonUtility::GetLibPath(PATH_KIND kind) try {
     if (kind >= std::size(PATH_VALUES)) {
-        LogInvalidParameter(__LINE__);
+        LogError(__LINE__, "invalid parameter.");
         return {};
     }
     std::string path;

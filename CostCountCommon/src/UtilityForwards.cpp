@@ -4,16 +4,8 @@
 #include "CostCountCommon/CommonUtility.h"
 #include "CostCountCommon/include/MacUtility.h"
 #include "CostCountCommon/src/BundleFolders.h"
-#include "CostCountCommon/src/Log.h"
+#include "CostCountCommon/src/UtilityLog.h"
 #include "compatible/osFree.h"
-
-namespace {
-
-void LogInvalidParameter(unsigned int line) {
-    LibLogger().WriteLog("CommonUtility", line, 'e', 0, "invalid parameter.");
-}
-
-}  // namespace
 
 void CCommonUtility::Sleep(unsigned int milliseconds) {
     ::Sleep(milliseconds);
@@ -21,7 +13,7 @@ void CCommonUtility::Sleep(unsigned int milliseconds) {
 
 bool CCommonUtility::CreateEvent(void** event) {
     if (event == nullptr) {
-        LogInvalidParameter(__LINE__);
+        utility::LogError(__LINE__, "invalid parameter.");
         return false;
     }
     *event = ::CreateEvent(nullptr, false, false, nullptr);
@@ -42,7 +34,7 @@ void CCommonUtility::ResetEvent(void* event) {
 
 bool CCommonUtility::StartThread(unsigned int (*routine)(void*), void* argument, void** handle) {
     if (handle == nullptr) {
-        LogInvalidParameter(__LINE__);
+        utility::LogError(__LINE__, "invalid parameter.");
         return false;
     }
     *handle = _beginthreadex(nullptr, 0, routine, argument, 0, nullptr);
