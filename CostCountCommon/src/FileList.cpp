@@ -7,22 +7,12 @@
 
 #include "CostCountCommon/include/MacUtility.h"
 #include "CostCountCommon/src/platform/Platform.h"
+#include "CostCountCommon/src/platform/TrailingSlashes.h"
 #include "compatible/Utf8.h"
 #include "compatible/osFree.h"
 
-namespace {
-
-std::string_view WithoutTrailingSlashes(std::string_view path) {
-    while (path.size() > 1 && path.back() == '/') {
-        path.remove_suffix(1);
-    }
-    return path;
-}
-
-}  // namespace
-
 void MacGetFileList(const std::string& pattern, std::vector<std::string>& names) try {
-    const std::string_view path = WithoutTrailingSlashes(pattern);
+    const std::string_view path = platform::WithoutTrailingSlashes(pattern);
     const size_t slash = path.rfind('/');
     // Without a slash the folder would be the empty text, which is none: the current folder is the
     // caller's to name. The root folder has no last component.
@@ -30,7 +20,7 @@ void MacGetFileList(const std::string& pattern, std::vector<std::string>& names)
         path.find('\0') != std::string_view::npos) {
         return;
     }
-    const std::string folder(WithoutTrailingSlashes(path.substr(0, slash + 1)));
+    const std::string folder(platform::WithoutTrailingSlashes(path.substr(0, slash + 1)));
     std::string expression(path.substr(slash + 1));
     // Nothing else is escaped, so a dot stands for any character; callers rely on that.
     strReplace(expression, "*", ".*");

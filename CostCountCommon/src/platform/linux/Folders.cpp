@@ -2,6 +2,7 @@
 #include <string>
 
 #include "CostCountCommon/src/platform/Platform.h"
+#include "CostCountCommon/src/platform/TrailingSlashes.h"
 #include "CostCountCommon/src/platform/linux/HomeFolder.h"
 
 namespace platform {
@@ -28,7 +29,11 @@ std::string ExpandTilde(const std::string& path) {
     const std::string user = path.substr(1, end == std::string::npos ? end : end - 1);
     const std::string home = user.empty() ? HomeFolder() : HomeFolderOf(user);
     const std::string rest = end == std::string::npos ? std::string() : path.substr(end);
-    return home.empty() ? path : WithoutTrailingSlashes(FolderFollowedBy(home, rest));
+    if (home.empty()) {
+        return path;
+    }
+    const std::string expanded = FolderFollowedBy(home, rest);
+    return std::string(WithoutTrailingSlashes(expanded));
 }
 
 }  // namespace platform

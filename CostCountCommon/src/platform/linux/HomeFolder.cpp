@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "CostCountCommon/src/CancellationOff.h"
+#include "CostCountCommon/src/platform/TrailingSlashes.h"
 
 namespace platform {
 namespace {
@@ -27,7 +28,7 @@ std::string HomeFolderInRecord(LookUp lookUp) {
         const int error = lookUp(&record, buffer.data(), buffer.size(), &found);
         if (error != ERANGE) {
             return found != nullptr && found->pw_dir != nullptr
-                       ? WithoutTrailingSlashes(found->pw_dir)
+                       ? std::string(WithoutTrailingSlashes(found->pw_dir))
                        : std::string();
         }
     }
@@ -35,13 +36,6 @@ std::string HomeFolderInRecord(LookUp lookUp) {
 }
 
 }  // namespace
-
-std::string WithoutTrailingSlashes(std::string path) {
-    while (path.size() > 1 && path.back() == '/') {
-        path.pop_back();
-    }
-    return path;
-}
 
 std::string HomeFolder() {
     const std::string named = FolderInVariable("HOME");
@@ -56,7 +50,8 @@ std::string HomeFolderOf(const std::string& user) {
 
 std::string FolderInVariable(const char* variable) {
     const char* named = std::getenv(variable);
-    return named != nullptr && *named == '/' ? WithoutTrailingSlashes(named) : std::string();
+    return named != nullptr && *named == '/' ? std::string(WithoutTrailingSlashes(named))
+                                             : std::string();
 }
 
 std::string BaseFolder(const char* variable, const char* path) {

@@ -17,9 +17,6 @@ std::string FolderInVariable(const char* variable);
 // The same, else `path` in the home folder.
 std::string BaseFolder(const char* variable, const char* path);
 
-// "/" stays.
-std::string WithoutTrailingSlashes(std::string path);
-
 // `folder` followed by `rest`, which is empty or begins with a slash.
 std::string FolderFollowedBy(const std::string& folder, const std::string& rest);
 

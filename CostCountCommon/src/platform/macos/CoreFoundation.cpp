@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "CostCountCommon/src/platform/Platform.h"
+#include "CostCountCommon/src/platform/TrailingSlashes.h"
 #include "CostCountCommon/src/platform/macos/CoreFoundationOwner.h"
 
 namespace platform {
@@ -13,11 +14,8 @@ std::string PathOf(CFURLRef url) {
     const Owned<CFStringRef> text(
         absolute == nullptr ? nullptr
                             : CFURLCopyFileSystemPath(absolute.get(), kCFURLPOSIXPathStyle));
-    std::string path = text == nullptr ? std::string() : TextOf(text.get());
-    while (path.size() > 1 && path.back() == '/') {
-        path.pop_back();
-    }
-    return path;
+    const std::string path = text == nullptr ? std::string() : TextOf(text.get());
+    return std::string(WithoutTrailingSlashes(path));
 }
 
 CFStringRef CreateString(const char* text) {

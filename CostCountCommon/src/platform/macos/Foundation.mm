@@ -9,6 +9,7 @@
 #include "CostCountCommon/src/CancellationOff.h"
 #include "CostCountCommon/src/platform/Platform.h"
 #include "CostCountCommon/src/platform/RegularExpressions.h"
+#include "CostCountCommon/src/platform/TrailingSlashes.h"
 
 namespace platform {
 namespace {
@@ -38,18 +39,11 @@ std::string Utf8Of(NSString* string) {
     return text != nullptr ? text : "";
 }
 
-std::string WithoutTrailingSlashes(std::string path) {
-    while (path.size() > 1 && path.back() == '/') {
-        path.pop_back();
-    }
-    return path;
-}
-
 // Empty for nil; what has no UTF-8 becomes a text that is none, for those who tell the two apart.
 // Not the file-system representation, which takes letters and their accents apart.
 std::string PathOf(NSString* path) {
-    std::string text = Utf8Of(path);
-    return text.empty() && [path length] != 0 ? "\xFF" : WithoutTrailingSlashes(std::move(text));
+    const std::string text = Utf8Of(path);
+    return text.empty() && [path length] != 0 ? "\xFF" : std::string(WithoutTrailingSlashes(text));
 }
 
 }  // namespace
