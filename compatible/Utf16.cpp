@@ -12,14 +12,6 @@
 
 namespace {
 
-constexpr bool IsHighSurrogate(char16_t unit) {
-    return (unit & 0xFC00) == 0xD800;
-}
-
-constexpr bool IsLowSurrogate(char16_t unit) {
-    return (unit & 0xFC00) == 0xDC00;
-}
-
 // How many bytes `text` takes in UTF-8; nothing when it has a lone surrogate.
 std::optional<size_t> LengthInUtf8(std::u16string_view text) {
     size_t length = 0;

@@ -10,14 +10,6 @@ namespace {
 
 constexpr char16_t REPLACEMENT_CHARACTER = 0xFFFD;
 
-bool IsHighSurrogate(char16_t unit) {
-    return unit >= 0xD800 && unit <= 0xDBFF;
-}
-
-bool IsLowSurrogate(char16_t unit) {
-    return unit >= 0xDC00 && unit <= 0xDFFF;
-}
-
 std::string Utf8Of(std::u16string text) {
     for (size_t at = 0; at < text.size(); ++at) {
         const bool isPair =
