@@ -1,5 +1,6 @@
 #include "CostCountCommon/src/platform/linux/StringsFile.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <optional>
 
@@ -100,21 +101,16 @@ private:
     void SkipSpaceAndComments() {
         for (;;) {
             if (m_rest.starts_with(u"/*")) {
-                SkipPast(u"*/", 2);
+                const size_t end = m_rest.find(u"*/", 2);
+                m_rest.remove_prefix(end == std::u16string_view::npos ? m_rest.size() : end + 2);
             } else if (m_rest.starts_with(u"//")) {
-                SkipPast(u"\r\n", 0);
+                m_rest.remove_prefix(std::min(m_rest.find_first_of(u"\r\n"), m_rest.size()));
             } else if (!m_rest.empty() && IsSpace(m_rest.front())) {
                 m_rest.remove_prefix(1);
             } else {
                 return;
             }
         }
-    }
-
-    // Past a comment: up to the whole `end`, or, when its `length` is 0, to any character of it.
-    void SkipPast(std::u16string_view end, size_t length) {
-        const size_t at = length == 0 ? m_rest.find_first_of(end) : m_rest.find(end, length);
-        m_rest.remove_prefix(at == std::u16string_view::npos ? m_rest.size() : at + length);
     }
 
     std::optional<std::u16string> Word() {
