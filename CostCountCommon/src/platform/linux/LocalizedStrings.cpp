@@ -2,7 +2,6 @@
 // told by the variables of the locale, in the way and order of the message catalogues.
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <string_view>
@@ -51,7 +50,7 @@ std::string_view ChineseScript(std::string_view territory) {
 }
 
 // The names that the folder of a locale such as de_AT.UTF-8@euro may have, the closest one first.
-void AddFolderNames(std::string_view locale, std::vector<std::string>* names) {
+void AddLanguageFolderNames(std::string_view locale, std::vector<std::string>* names) {
     const std::string_view plain = locale.substr(0, locale.find_first_of(".@"));
     // A name with a slash would lead out of the resources.
     if (plain.empty() || plain.find('/') != std::string_view::npos) {
@@ -76,19 +75,19 @@ void AddFolderNames(std::string_view locale, std::vector<std::string>* names) {
     names->emplace_back(language);
 }
 
-std::vector<std::string> FolderNames() {
+std::vector<std::string> LanguageFolderNames() {
     std::vector<std::string> names;
     const std::string_view locale = LocaleName();
     if (!locale.empty() && locale != "C" && locale != "POSIX") {
         for (std::string_view list = Variable("LANGUAGE"); !list.empty();) {
             const size_t end = std::min(list.find(':'), list.size());
-            AddFolderNames(list.substr(0, end), &names);
+            AddLanguageFolderNames(list.substr(0, end), &names);
             list.remove_prefix(std::min(end + 1, list.size()));
         }
-        AddFolderNames(locale, &names);
+        AddLanguageFolderNames(locale, &names);
     }
-    AddFolderNames(MainBundleProperty("CFBundleDevelopmentRegion"), &names);
-    AddFolderNames("en", &names);
+    AddLanguageFolderNames(MainBundleProperty("CFBundleDevelopmentRegion"), &names);
+    AddLanguageFolderNames("en", &names);
     return names;
 }
 
@@ -101,7 +100,7 @@ std::string TableText(const fs::path& path) {
 
 std::optional<std::string> LocalizedString(const char* key) {
     const fs::path resources = ResourcesFolder();
-    for (const std::string& name : FolderNames()) {
+    for (const std::string& name : LanguageFolderNames()) {
         const fs::path path = resources / (name + LANGUAGE_EXTENSION) / TABLE;
         std::error_code error;
         if (fs::is_regular_file(path, error)) {
