@@ -3,6 +3,7 @@
 #include <fcntl.h>
 
 #include <cerrno>
+#include <cstring>
 #include <exception>
 #include <utility>
 
@@ -55,7 +56,7 @@ bool CEventHandle::Open(const char* shortName, int oflag, unsigned short mode, u
         return false;
     }
     const std::string base = FullNameOf(shortName);
-    const size_t length = base.size() - FullNameOf("").size();
+    const size_t length = std::strlen(shortName);
     if (length == 0 || length > SHORT_NAME_LIMIT) {
         LibLogger().WriteLog(SOURCE, __LINE__, 'e', 0, "pName is illegal parameter.");
         return false;

@@ -12,8 +12,6 @@ bool PathBuffer::Append(const std::string& component) {
     const size_t length = std::strlen(m_text);
     const bool isSeparated = length > 0 && m_text[length - 1] == '/';
     const std::string added = isSeparated ? component : std::string("/").append(component);
-    if (added.size() >= SIZE - length) {
-        return false;
-    }
+    // What does not fit leaves the terminator where it was.
     return strcpy_s(m_text + length, SIZE - length, added.c_str()) == 0;
 }
