@@ -51,7 +51,7 @@ void CancelTimer(TimedWaitContext& context) {
     }
 }
 
-// A thread that is done may have been joined and be gone.
+// A thread that is done ends by itself.
 void CancelWaiting(TimedWaitContext& context) {
     if (!context.m_isDone) {
         pthread_cancel(context.m_waitingThread);
