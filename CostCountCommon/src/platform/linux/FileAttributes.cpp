@@ -28,9 +28,9 @@ bool CopyOwner(const struct stat& status, int to) {
 }
 
 bool MayBeLeftOut(std::string_view name, int error) {
-    const auto isIn = [&](std::string_view space) { return name.substr(0, space.size()) == space; };
     return error == ENOTSUP || ((error == EPERM || error == EACCES) &&
-                                (isIn("security.") || isIn("trusted.") || isIn("system.")));
+                                (name.starts_with("security.") || name.starts_with("trusted.") ||
+                                 name.starts_with("system.")));
 }
 
 // What an access list gives the group of the file. With a list the mode tells its mask in that

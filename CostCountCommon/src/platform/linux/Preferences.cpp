@@ -87,7 +87,7 @@ std::string_view TakeLine(std::string_view* text) {
 }
 
 bool IsLineOf(std::string_view key, std::string_view line) {
-    return line.size() > key.size() && line.substr(0, key.size()) == key && line[key.size()] == '=';
+    return line.size() > key.size() && line.starts_with(key) && line[key.size()] == '=';
 }
 
 std::string Changed(std::string_view text, std::string_view key, int64_t value) {
