@@ -1,6 +1,7 @@
 // The folders for the data of the application and for temporary files.
 #include <exception>
 #include <string>
+#include <utility>
 
 #include "CostCountCommon/include/MacUtility.h"
 #include "CostCountCommon/src/Log.h"

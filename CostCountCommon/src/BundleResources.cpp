@@ -2,6 +2,7 @@
 #include <exception>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "CostCountCommon/include/MacUtility.h"
 #include "CostCountCommon/src/BundleFolders.h"

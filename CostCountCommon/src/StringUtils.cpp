@@ -1,6 +1,5 @@
 #include "CostCountCommon/StringUtils.h"
 
-#include <cerrno>
 #include <exception>
 #include <string_view>
 #include <utility>

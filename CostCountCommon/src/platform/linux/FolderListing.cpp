@@ -3,6 +3,7 @@
 #include <regex.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "CostCountCommon/src/platform/Platform.h"
 #include "CostCountCommon/src/platform/RegularExpressions.h"

@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <memory>
 #include <string_view>
-#include <utility>
 
 #include "CostCountCommon/src/CancellationOff.h"
 

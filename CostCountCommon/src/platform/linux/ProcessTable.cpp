@@ -3,6 +3,7 @@
 #include <charconv>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "CostCountCommon/src/platform/Platform.h"
 #include "CostCountCommon/src/platform/linux/FolderNames.h"
