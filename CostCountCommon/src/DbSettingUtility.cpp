@@ -46,8 +46,12 @@ std::unique_ptr<OwnedXml> BoundXml() {
 // The template may be installed read-only, and a copy is as the template is.
 bool MakeWritable(const std::string& path) {
     struct stat status {};
-    return stat(path.c_str(), &status) == 0 &&
-           chmod(path.c_str(), (status.st_mode & 07777U) | S_IWUSR) == 0;
+    if (stat(path.c_str(), &status) != 0 ||
+        chmod(path.c_str(), (status.st_mode & 07777U) | S_IWUSR) != 0) {
+        LogError(__LINE__, "chmod() failed.", errno);
+        return false;
+    }
+    return true;
 }
 
 }  // namespace
