@@ -43,9 +43,9 @@ public:
     CCMLibLogger(const CCMLibLogger&) = delete;
     CCMLibLogger& operator=(const CCMLibLogger&) = delete;
 
-    // Sets the log file's name and the owner (an empty one keeps the earlier value), fills the
-    // settings record and loads the plug-in at `loggerPath`, or the one found under
-    // "applogger_path" when that is null. Not to be called while another thread logs.
+    // Sets the log file's name and the owner (an empty one keeps the earlier value) and who logs,
+    // `moduleName`, fills the settings record and loads the plug-in at `loggerPath`, or the one
+    // found under "applogger_path" when that is null. Not to be called while another thread logs.
     __attribute__((visibility("default"))) void InitLibLogger(std::string logName,
                                                               std::string logOwner,
                                                               std::string moduleName,

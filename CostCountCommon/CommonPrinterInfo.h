@@ -70,7 +70,8 @@ public:
     time_t GetSendTime() const { return m_sendTime; }
     void SetSendTime(time_t value) { m_sendTime = value; }
     void SetSendTimeNow();
-    // Whether the next sending is due, `interval` seconds after the last.
+    // Whether the next sending is due, `interval` seconds after the last, or the last lies in the
+    // future.
     bool CheckSendTime(unsigned int interval) const;
     // Kept for the caller.
     bool GetSendFlag() const { return m_sendFlag; }

@@ -74,7 +74,8 @@ public:
     // The name of the file in its folder, with a slash in front, and its template's path.
     static std::string GetDBSettingsFileName();
     static std::string GetDefaultDBSettingsFilePath();
-    // Reads and writes the file in `folder`. The writer gives 0, or 0xFFFFFFFF on failure.
+    // Reads and writes the file in `folder`: where the database lies, and its volume. The writer
+    // gives 0, or 0xFFFFFFFF on failure.
     static bool GetDBSetting(const std::string& folder, std::string* dbPath, std::string* dbVolume);
     static unsigned int CreateDBSettingFile(const std::string& folder, const std::string& dbPath,
                                             const std::string& dbVolume);

@@ -22,9 +22,10 @@ public:
     static bool SplitAnyDelimiter(const char* s, char delimiter, std::vector<std::string>* out);
 
     // The fields of the `length` characters at `s`, separated by commas; a null `s` counts as an
-    // empty text, which is one empty field. Quotes enclose what may contain commas, a doubled one
-    // inside them stands for itself, and one that is not beside a comma stays in the text; see
-    // Split in StringUtils.cpp. No field at all when memory is exhausted.
+    // empty text, which is one empty field. Quotes enclose what may contain commas, and a doubled
+    // one inside them stands for itself. Any other quote stays in the text besides, unless it is
+    // beside a comma, the last character of `s`, or among its first three. No field at all when
+    // memory is exhausted.
     static std::vector<std::string> SplitCsv(const char* s, unsigned long length);
     static std::vector<std::wstring> SplitCsv(const wchar_t* s, unsigned long length);
 

@@ -62,10 +62,10 @@ int SysFreeString(void* p);
 // Whether all parts are equal: 1, else 0.
 int IsEqualGUID(GUID a, GUID b);
 
-// --- UTF-16 ---
+// --- UTF-16 and Core Foundation text ---
 //
-// Conversions are strict: text with lone surrogates, overlong forms or cut sequences is refused
-// with EINVAL.
+// Conversions are strict: text with lone surrogates, overlong forms or cut sequences is refused,
+// with EINVAL where there is a result.
 
 // A new string for CFRelease; null for a null text, one that is not UTF-8, or when memory is
 // exhausted.

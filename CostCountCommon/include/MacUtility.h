@@ -76,7 +76,7 @@ int CreateProcessAsUser(const std::string& modulePath, const std::string& params
 int ExecuteProcess(const std::string& modulePath, const std::string& params);
 
 // Whether a process of the current user runs the background service, which is known by its file
-// name, whatever the case; its identifier goes into `info`.
+// name, whatever the case; its identifier goes into `info`. False for a null one.
 bool CheckStartedBNT(PROCESS_INFORMATION* info);
 // The same, and false when `path` does not exist.
 bool CheckConnectBNT(std::string path);

@@ -21,6 +21,7 @@ void SetAppType(ApplicationType type);
 // are compared exactly. Whether the file exists is not checked.
 //
 // False for a null argument or an unknown key, leaving `*path` as it is; false with an empty
-// `*path` when the plug-in folder cannot be told. "bnt_path" and "detch_path" in a login item that
-// lies outside any LoginItems folder give true and leave `*path` as it is: callers rely on that.
+// `*path` when there is nothing to tell, as without a plug-in folder or a version. "bnt_path" and
+// "detch_path" in a login item that lies outside any LoginItems folder give true and leave `*path`
+// as it is: callers rely on that.
 bool GetPluginFilePath(const char* key, std::string* path);
