@@ -188,18 +188,14 @@ struct ExportTableOptions {
     bool bom = false;
 };
 
-void WriteFile(OutputFile& output, std::string_view text) {
+void WriteFile(OutputFile& output, const std::string& text) {
     const std::string& path = output.CreateTemporary();
     const FileDescriptor file = FileDescriptor::Open(path.c_str(), O_WRONLY);
-    while (!text.empty()) {
-        const ssize_t size = write(file.Number(), text.data(), text.size());
-        if (size < 0 && errno != EINTR) {
-            throw CommandError(std::string("cannot write ")
-                                   .append(Visible(output.ShownAs()))
-                                   .append(": ")
-                                   .append(std::strerror(errno)));
-        }
-        text.remove_prefix(static_cast<size_t>(std::max<ssize_t>(size, 0)));
+    if (!file.IsOpen() || !WriteWhole(file.Number(), text.data(), text.size())) {
+        throw CommandError(std::string("cannot write ")
+                               .append(Visible(output.ShownAs()))
+                               .append(": ")
+                               .append(std::strerror(errno)));
     }
     output.Commit();
 }

@@ -1,6 +1,5 @@
 #include "host/export/OutputFile.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,6 +10,7 @@
 #include <system_error>
 #include <vector>
 
+#include "CostCountCommon/src/FileDescriptor.h"
 #include "host/common/Errors.h"
 #include "host/common/StandardOutput.h"
 
@@ -18,23 +18,6 @@ namespace tallyquist {
 namespace {
 
 namespace fs = std::filesystem;
-
-class Descriptor {
-public:
-    explicit Descriptor(int number) : m_number(number) {}
-    ~Descriptor() {
-        if (m_number >= 0) {
-            close(m_number);
-        }
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int Number() const { return m_number; }
-    bool IsOpen() const { return m_number >= 0; }
-
-private:
-    int m_number;
-};
 
 fs::path FolderOf(const fs::path& path) {
     return path.has_parent_path() ? path.parent_path() : fs::path(".");
@@ -132,7 +115,8 @@ const std::string& OutputFile::CreateTemporary() {
     const fs::path folder = m_target.empty() ? TemporaryFolder() : FolderOf(target);
     std::string pattern =
         TemporaryPattern(folder, m_target.empty() ? "output" : target.filename().string());
-    const Descriptor file(mkstemps(pattern.data(), static_cast<int>(std::strlen(".part"))));
+    const FileDescriptor file(
+        mkostemps(pattern.data(), static_cast<int>(std::strlen(".part")), O_CLOEXEC));
     if (!file.IsOpen()) {
         throw CommandError("cannot write a file in " + folder.string() + ": " +
                            std::strerror(errno));
@@ -157,7 +141,7 @@ void OutputFile::Commit() {
 }
 
 void OutputFile::Rename() {
-    const Descriptor file(open(m_temporary.c_str(), O_RDONLY | O_CLOEXEC));
+    const FileDescriptor file = FileDescriptor::Open(m_temporary.c_str(), O_RDONLY);
     if (!file.IsOpen() || fsync(file.Number()) != 0) {
         Fail(errno);
     }
@@ -174,14 +158,15 @@ void OutputFile::Rename() {
         Fail(errno);
     }
     // Makes the new name durable; a file system that cannot do so still has the whole file.
-    const Descriptor folder(open(FolderOf(m_target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const FileDescriptor folder =
+        FileDescriptor::Open(FolderOf(m_target).c_str(), O_RDONLY | O_DIRECTORY);
     if (folder.IsOpen()) {
         fsync(folder.Number());
     }
 }
 
 void OutputFile::CopyToStandardOutput() {
-    const Descriptor file(open(m_temporary.c_str(), O_RDONLY | O_CLOEXEC));
+    const FileDescriptor file = FileDescriptor::Open(m_temporary.c_str(), O_RDONLY);
     if (!file.IsOpen()) {
         Fail(errno);
     }
