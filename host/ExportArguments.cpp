@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/common/Errors.h"
+#include "host/common/Printable.h"
 #include "host/export/ExportCommand.h"
 
 namespace tallyquist {
@@ -34,7 +35,7 @@ Value ValueOf(const std::string& option, const std::string& word, const Words<Va
     for (const auto& [name, value] : words) {
         known += (known.empty() ? "" : ", ") + name;
     }
-    throw UsageError(option + ": '" + word + "' is not one of " + known);
+    throw UsageError(option + ": " + Printable(word) + " is not one of " + known);
 }
 
 // What CLI11 fills; Options turns it into what the command takes.
@@ -139,7 +140,8 @@ ExportOptions ExportArguments::Options() const {
     for (const std::string& text : m_types) {
         const size_t equals = text.rfind('=');
         if (equals == std::string::npos || equals == 0) {
-            throw UsageError("--type: '" + text + "' is not COLUMN=datetime or COLUMN=timespan");
+            throw UsageError("--type: " + Printable(text) +
+                             " is not COLUMN=datetime or COLUMN=timespan");
         }
         options.input.columnTypes[text.substr(0, equals)] =
             ValueOf("--type", text.substr(equals + 1), TYPES);

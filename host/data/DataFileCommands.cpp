@@ -166,7 +166,7 @@ void ImportTable(const FileKind& kind, const ImportOptions& options) {
     files.Change(
         options.name, options.force ? Damaged::REPLACE : Damaged::REFUSE, [&](Entries& changed) {
             if (!options.force && !HasListed(table.entries) && HasListed(changed)) {
-                throw CommandError(Visible(InputName(options.table)) + " has no entries, but " +
+                throw CommandError(InputName(options.table) + " has no entries, but " +
                                    Visible(path) + " has: " + CountsOf(changed, kind.entryKinds) +
                                    "; to remove them all, import with --force");
             }
@@ -193,7 +193,7 @@ void WriteFile(OutputFile& output, const std::string& text) {
     const FileDescriptor file = FileDescriptor::Open(path.c_str(), O_WRONLY);
     if (!file.IsOpen() || !WriteWhole(file.Number(), text.data(), text.size())) {
         throw CommandError(std::string("cannot write ")
-                               .append(Visible(output.ShownAs()))
+                               .append(output.ShownAs())
                                .append(": ")
                                .append(std::strerror(errno)));
     }

@@ -7,6 +7,7 @@
 #include <tuple>
 
 #include "host/common/Errors.h"
+#include "host/common/Printable.h"
 
 namespace tallyquist {
 namespace {
@@ -95,8 +96,8 @@ DateRange ParseDateArgument(const std::string& option, const std::string& text) 
             return {MomentsOf(local).earliest, MomentsOf(LastSecond(local, form.smallest)).latest};
         }
     }
-    throw UsageError(option + ": '" + text +
-                     "' is not a date such as 2026-11-21 or 2026-11-21 09:46");
+    throw UsageError(option + ": " + Printable(text) +
+                     " is not a date such as 2026-11-21 or 2026-11-21 09:46");
 }
 
 }  // namespace tallyquist

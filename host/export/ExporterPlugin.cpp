@@ -6,6 +6,7 @@
 
 #include "CostCountCommon/src/platform/Platform.h"
 #include "host/common/Errors.h"
+#include "host/common/Printable.h"
 
 namespace tallyquist {
 namespace {
@@ -14,7 +15,7 @@ template <typename Function>
 void Find(void* module, const std::string& path, const char* name, Function* function) {
     *function = reinterpret_cast<Function>(platform::FindFunction(module, name));
     if (*function == nullptr) {
-        throw CommandError("the exporter plug-in " + path + " has no function " + name);
+        throw CommandError("the exporter plug-in " + Visible(path) + " has no function " + name);
     }
 }
 
@@ -26,7 +27,8 @@ ExporterPlugin::ExporterPlugin(const std::string& path) {
         platform::LoadModule(path.c_str(), &reason),
         [](void* loaded) { platform::ReleaseModule(loaded); });
     if (module == nullptr) {
-        throw CommandError("cannot load the exporter plug-in " + path + ": " + reason);
+        throw CommandError("cannot load the exporter plug-in " + Visible(path) + ": " +
+                           Visible(reason));
     }
     Find(module.get(), path, "DataExporterCreate", &m_create);
     Find(module.get(), path, "DataExporterDispose", &m_dispose);

@@ -12,6 +12,7 @@
 
 #include "CostCountCommon/src/FileDescriptor.h"
 #include "host/common/Errors.h"
+#include "host/common/Printable.h"
 #include "host/common/StandardOutput.h"
 
 namespace tallyquist {
@@ -55,7 +56,7 @@ std::string TemporaryPattern(const fs::path& folder, const std::string& name) {
 }  // namespace
 
 OutputFile::OutputFile(const std::string& target, bool replace)
-    : m_shownAs(target == "-" ? "standard output" : target), m_replace(replace) {
+    : m_shownAs(target == "-" ? "standard output" : Visible(target)), m_replace(replace) {
     if (target != "-") {
         m_target = target;
         CheckTarget();
@@ -118,7 +119,7 @@ const std::string& OutputFile::CreateTemporary() {
     const FileDescriptor file(
         mkostemps(pattern.data(), static_cast<int>(std::strlen(".part")), O_CLOEXEC));
     if (!file.IsOpen()) {
-        throw CommandError("cannot write a file in " + folder.string() + ": " +
+        throw CommandError("cannot write a file in " + Visible(folder.string()) + ": " +
                            std::strerror(errno));
     }
     m_temporary = pattern;

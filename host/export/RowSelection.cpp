@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "host/common/Errors.h"
+#include "host/common/Printable.h"
 
 namespace tallyquist {
 namespace {
@@ -15,9 +16,9 @@ size_t Find(const std::vector<Column>& columns, const std::string& name,
         if (columns[at].name == name) {
             return at;
         }
-        known += (at == 0 ? "" : ", ") + columns[at].name;
+        known += (at == 0 ? "" : ", ") + Visible(columns[at].name);
     }
-    throw UsageError(option + ": the input has no column '" + name + "'; it has " + known);
+    throw UsageError(option + ": the input has no column " + Printable(name) + "; it has " + known);
 }
 
 // A log's own time of completion where there is one, else the first time of any kind.

@@ -9,6 +9,7 @@
 #include <system_error>
 
 #include "host/common/Errors.h"
+#include "host/common/Printable.h"
 
 namespace tallyquist {
 namespace {
@@ -37,11 +38,12 @@ bool IsRule(const std::string& zone) {
 
 void UseTimeZone(const std::string& zone) {
     if (RE2::FullMatch(zone, "(UTC|GMT)[+-].*") && !IsInstalled(zone)) {
-        throw UsageError("--timezone: '" + zone +
-                         "' would be read the wrong way round; two hours east of UTC is Etc/GMT-2");
+        throw UsageError("--timezone: " + Printable(zone) +
+                         " would be read the wrong way round; two hours east of UTC is Etc/GMT-2");
     }
     if (zone != "UTC" && !IsInstalled(zone) && !IsRule(zone)) {
-        throw UsageError("--timezone: '" + zone + "' is not a time zone that this system knows");
+        throw UsageError("--timezone: " + Printable(zone) +
+                         " is not a time zone that this system knows");
     }
     setenv("TZ", zone.c_str(), 1);
     tzset();

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <utility>
 
+#include "host/common/Printable.h"
 #include "host/input/RowSource.h"
 
 namespace tallyquist {
@@ -54,7 +55,7 @@ std::string ReadFailure(gzFile_s* file) {
 }  // namespace
 
 std::string InputName(const std::string& path) {
-    return path == "-" ? "standard input" : path;
+    return path == "-" ? "standard input" : Visible(path);
 }
 
 LineReader::LineReader(const std::string& path) : m_name(InputName(path)) {

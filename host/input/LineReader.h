@@ -17,7 +17,7 @@ struct Line {
     bool tooLong = false;  // longer than LineReader::MAX_LINE; `text` is empty then
 };
 
-// How an input is called in messages: its path, or "standard input" for "-".
+// How an input is called in messages: its path, made visible, or "standard input" for "-".
 std::string InputName(const std::string& path);
 
 // All functions throw InputError when the input cannot be read.

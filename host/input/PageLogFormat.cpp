@@ -6,6 +6,8 @@
 #include <array>
 #include <utility>
 
+#include "host/common/Printable.h"
+
 namespace tallyquist {
 namespace {
 
@@ -84,7 +86,7 @@ public:
 
 private:
     [[noreturn]] void Fail(const std::string& reason) const {
-        throw OptionError("the log format '" + std::string(m_text) + "' " + reason);
+        throw OptionError("the log format '" + Visible(m_text) + "' " + Visible(reason));
     }
 
     void AddLiteral(char c) {

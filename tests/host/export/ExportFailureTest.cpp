@@ -64,11 +64,14 @@ TEST_F(ExportFailure, WrongUsageIsTwo) {
 
 TEST_F(ExportFailure, InputsThatCannotBeUsed) {
     WriteFile(m_folder.Path("prose"), "Dear printer,\nplease print.\n");
-    WriteFile(m_folder.Path("bad.csv"), "a,b\n1,2\n1\n");
+    WriteFile(m_folder.Path("bad.csv"), "a\x1B,b\n1,2\n1\n");
     ExpectFailure(1, "none -o out.csv", "none: No such file or directory");
     ExpectFailure(1, ". -o out.csv", "Is a directory");
     ExpectFailure(1, "prose -o out.csv", "prose: not a job log");
     ExpectFailure(1, "bad.csv -o out.csv", "bad.csv:3:");
+    // What a terminal would obey is shown.
+    ExpectFailure(2, "bad.csv -o out.csv --columns c", "no column 'c'; it has a\\x1B, b");
+    ExpectFailure(1, "'n\x1Bone' -o out.csv", "n\\x1Bone: No such file or directory");
     ExpectFailure(1, std::string(LOG) + " --strict -o out.csv",
                   "nothing was written because of --strict");
     EXPECT_EQ((Names{"bad.csv", "prose"}), NamesIn(m_folder.Path()));
