@@ -6,7 +6,6 @@
 #include <system_error>
 #include <utility>
 
-#include "CostCountCommon/CommonUtility.h"
 #include "CostCountCommon/include/MacUtility.h"
 #include "CostCountCommon/xmlpxd/OpenedXml.h"
 #include "CostCountCommon/xmlpxd/XmlNode.h"
@@ -15,29 +14,22 @@
 #include "host/common/Printable.h"
 #include "host/data/EntryValues.h"
 #include "host/data/KeepOriginal.h"
+#include "host/settings/DataFolder.h"
 #include "host/settings/FolderLock.h"
 #include "host/settings/SaveFault.h"
-#include "host/settings/SettingsFile.h"
+#include "host/settings/XmlFile.h"
 
 namespace tallyquist {
 namespace {
 
 namespace fs = std::filesystem;
 
-// False when there is no such file. Throws what says where it is not well-formed.
-bool CheckDocument(XmlLayer& xml, unsigned int root, const std::string& path) {
-    return SettingsFile::Open(xml, {.root = root, .first = root, .last = root}, path).has_value();
-}
-
 }  // namespace
 
 DataFiles::DataFiles(const FileKind& kind) : m_kind(kind) {
     const LibraryOutput quiet;
     m_xml.Bind();
-    if (!CCommonUtility::GetDataFolderBase(kind.place, &m_folder)) {
-        throw CommandError("the user's data folder cannot be told");
-    }
-    m_folder.append(kind.folder);
+    m_folder = DataFolder(kind.place).append(kind.folder);
 }
 
 std::string DataFiles::PathOf(const std::string& name) const {
@@ -113,11 +105,9 @@ std::string DataFiles::FindFault(const std::string& path, std::vector<unsigned i
         }
         unsigned int& count = counts->emplace_back(0);
         XmlNode child = xmlpxd::NodeFrom(parser, &XMLPXD_FUNCLIST::GetFirstChild, list.Get(), &err);
-        for (std::string name; child;
-             child =
-                 xmlpxd::NodeFrom(parser, &XMLPXD_FUNCLIST::GetNextSibling, child.Get(), &err)) {
-            xmlpxd::ReadText(parser, &XMLPXD_FUNCLIST::GetElementName, child.Get(), &name, &err);
-            if (name != ElementName(kind.item)) {
+        for (; child; child = xmlpxd::NodeFrom(parser, &XMLPXD_FUNCLIST::GetNextSibling,
+                                               child.Get(), &err)) {
+            if (m_xml.NameOf(child) != ElementName(kind.item)) {
                 continue;
             }
             std::string fault = FindFaultInItem(child.Get(), kind, ++count);
@@ -131,7 +121,7 @@ std::string DataFiles::FindFault(const std::string& path, std::vector<unsigned i
 
 std::optional<Entries> DataFiles::Read(const std::string& name) {
     const std::string path = PathOf(name);
-    if (!CheckDocument(m_xml, m_kind.root, path)) {
+    if (!OpenXmlFile(m_xml, m_kind.root, path)) {
         return std::nullopt;
     }
     std::string fault;
@@ -199,7 +189,7 @@ void DataFiles::CheckWritten(const std::string& name, const Entries& entries) {
 
 void DataFiles::Write(const Entries& entries, const std::string& path, const std::string& target) {
     const std::string base = GetPluginResourcesPath() + m_kind.base;
-    if (!CheckDocument(m_xml, m_kind.root, base)) {
+    if (!OpenXmlFile(m_xml, m_kind.root, base)) {
         throw CommandError(Visible(base) + " is missing");
     }
     const LibraryOutput quiet;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "CostCountCommon/include/MacUtility.h"
+#include "CostCountCommon/xmlpxd/OpenedXml.h"
 #include "CostCountCommon/xmlpxd/XmlNode.h"
 #include "host/common/Errors.h"
 #include "host/common/LibraryOutput.h"
@@ -13,13 +14,10 @@
 #include "host/data/KeepOriginal.h"
 #include "host/settings/FolderLock.h"
 #include "host/settings/SaveFault.h"
-#include "host/settings/SettingsFile.h"
+#include "host/settings/XmlFile.h"
 
 namespace tallyquist {
 namespace {
-
-constexpr SettingsKind PRINTER_LIST = {XMLTAG_PRN_MNGPRINTER, XMLTAG_PRN_APP_INFO,
-                                       XMLTAG_PRN_PRINTER_LIST};
 
 // Reads a printer list as CCommonXmlPxd::GetPrinterList does, but says what is wrong where that
 // gives up, and does not take what follows a printer for one.
@@ -27,12 +25,8 @@ class Reader {
 public:
     // `path` names a file whose root is that of a printer list.
     Reader(XmlLayer& xml, const std::string& path)
-        : m_xml(xml), m_shown(Visible(path)), m_document(nullptr, Close{&xml}) {
-        void* document = nullptr;
-        void* root = xml.OpenXml(path, &document);
-        m_document.reset(document);
-        m_cursor = XmlNode(xml.Parser(), root);
-        if (!m_cursor) {
+        : m_xml(xml), m_shown(Visible(path)), m_file(xml, path) {
+        if (m_file.Root() == nullptr) {
             throw CommandError("cannot read " + m_shown);
         }
     }
@@ -51,27 +45,15 @@ public:
     }
 
 private:
-    struct Close {
-        XmlLayer* xml;
-        void operator()(void* document) const { xml->CloseXml(document); }
-    };
     struct Release {
         XmlLayer* xml;
         void operator()(CCommonXmlPxdElementData* first) const { xml->releaseElementData(first); }
     };
 
-    std::string NameOf(const XmlNode& element) const {
-        std::string name;
-        unsigned int err = XMLPXD_OK;
-        xmlpxd::ReadText(m_xml.Parser(), &XMLPXD_FUNCLIST::GetElementName, element.Get(), &name,
-                         &err);
-        return name;
-    }
-
     unsigned int Count() {
         unsigned int err = XMLPXD_OK;
         const XmlNode list(m_xml.Parser(),
-                           m_xml.SearchElement(m_cursor.Get(), XMLTAG_PRN_PRINTER_LIST, &err));
+                           m_xml.SearchElement(m_file.Root(), XMLTAG_PRN_PRINTER_LIST, &err));
         if (!list) {
             throw CommandError(m_shown + ": programs find no 'printer_list' in it");
         }
@@ -88,7 +70,8 @@ private:
         CCommonXmlPxdElementData* first = nullptr;
         unsigned int err = XMLPXD_OK;
         XmlNode printer(m_xml.Parser(),
-                        m_xml.GetPrinterElements(m_cursor.Get(), printers.empty(), &first, &err));
+                        m_xml.GetPrinterElements(printers.empty() ? m_file.Root() : m_last.Get(),
+                                                 printers.empty(), &first, &err));
         const std::unique_ptr<CCommonXmlPxdElementData, Release> elements(first, Release{&m_xml});
         if (err != XMLPXD_OK) {
             throw CommandError(
@@ -98,7 +81,7 @@ private:
         if (!printer) {
             return false;
         }
-        const std::string name = NameOf(printer);
+        const std::string name = m_xml.NameOf(printer);
         if (name != m_xml.Names().at(XMLTAG_PRN_PRINTER)) {
             throw CommandError(m_shown + ": 'printer_list' holds " + Printable(name) +
                                ", which programs take for a printer");
@@ -107,14 +90,14 @@ private:
         if (elements != nullptr) {
             m_xml.SetPrinterData(*elements, record);
         }
-        m_cursor = std::move(printer);
+        m_last = std::move(printer);
         return true;
     }
 
     XmlLayer& m_xml;
     std::string m_shown;
-    std::unique_ptr<void, Close> m_document;
-    XmlNode m_cursor;  // the root, then the printer that was read last
+    OpenedXml m_file;
+    XmlNode m_last;  // the printer that was read last
 };
 
 std::string PathFromSettings(XmlLayer& xml) {
@@ -135,7 +118,7 @@ PrinterListFile::PrinterListFile() {
 
 std::optional<Printers> PrinterListFile::Read() {
     const LibraryOutput quiet;
-    if (!SettingsFile::Open(m_xml, PRINTER_LIST, m_path)) {
+    if (!OpenXmlFile(m_xml, XMLTAG_PRN_MNGPRINTER, m_path)) {
         return std::nullopt;
     }
     return Reader(m_xml, m_path).ReadAll();
@@ -159,7 +142,7 @@ void PrinterListFile::Write(const Printers& printers, const std::string& target)
     const int reason = errno;
     m_xml.CloseXml();
     const std::string base = GetPluginResourcesPath() + "/xmls/PrinterListBase.xml";
-    if (!SettingsFile::Open(m_xml, PRINTER_LIST, base)) {
+    if (!OpenXmlFile(m_xml, XMLTAG_PRN_MNGPRINTER, base)) {
         throw CommandError(Visible(base) + " is missing");
     }
     throw CannotWrite(m_path, reason);

@@ -12,7 +12,7 @@
 #include "host/common/Printable.h"
 #include "host/common/StandardOutput.h"
 #include "host/common/TextTable.h"
-#include "host/settings/SettingsFile.h"
+#include "host/settings/XmlFile.h"
 #include "host/settings/XmlLayer.h"
 
 namespace tallyquist {
@@ -21,8 +21,6 @@ namespace {
 using Settings = CCommonXmlPxdDataUserSettings;
 
 constexpr const char* FILE_NAME = "/CMUserSetting.cfg";
-constexpr SettingsKind USER_SETTINGS = {XMLTAG_USER_CMUSERSETTING, XMLTAG_USER_DATE,
-                                        XMLTAG_USER_OTHER};
 
 struct Value {
     unsigned int tagId;
@@ -71,7 +69,7 @@ public:
     explicit Reader(const std::string& path) : m_path(path) {
         const LibraryOutput quiet;
         m_xml.Bind();
-        if (!SettingsFile::Open(m_xml, USER_SETTINGS, path)) {
+        if (!OpenXmlFile(m_xml, XMLTAG_USER_CMUSERSETTING, path)) {
             throw CommandError(Visible(path) + " is missing");
         }
         const XmlNode root(m_xml.Parser(), m_xml.OpenXml(FILE_NAME, true));
@@ -83,7 +81,7 @@ public:
         ReadFilters(root);
     }
 
-    const Settings& Read() const { return m_settings; }
+    const Settings& Record() const { return m_settings; }
     // How many of VALUES were read.
     size_t ValueCount() const { return m_valueCount; }
     std::string NameOf(unsigned int tagId) const { return m_xml.Names().at(tagId); }
@@ -150,7 +148,7 @@ bool WasRead(const Reader& reader, size_t value) {
 }
 
 Json JsonOf(const Reader& reader, const std::string& path) {
-    const Settings& settings = reader.Read();
+    const Settings& settings = reader.Record();
     Json json{{"file", path}};
     for (size_t at = 0; at < VALUES.size(); ++at) {
         const Value& value = VALUES.at(at);
@@ -179,7 +177,7 @@ Json JsonOf(const Reader& reader, const std::string& path) {
 }
 
 std::string TextOf(const Reader& reader, const std::string& path) {
-    const Settings& settings = reader.Read();
+    const Settings& settings = reader.Record();
     TextTable values({"key", "value"});
     for (size_t at = 0; at < VALUES.size(); ++at) {
         const Value& value = VALUES.at(at);

@@ -17,6 +17,7 @@
 #include "host/common/Printable.h"
 #include "host/common/StandardOutput.h"
 #include "host/common/TextTable.h"
+#include "host/settings/DataFolder.h"
 #include "host/settings/FolderLock.h"
 #include "host/settings/SettingsFile.h"
 
@@ -37,11 +38,7 @@ struct DbSetting {
 };
 
 std::string Folder() {
-    std::string folder;
-    if (!CCommonUtility::GetDataFolderBase(MANAGEMENT_DATA_DB_SETTING, &folder)) {
-        throw CommandError("the user's data folder cannot be told");
-    }
-    return folder;
+    return DataFolder(MANAGEMENT_DATA_DB_SETTING);
 }
 
 std::string FilePath() {
@@ -84,11 +81,7 @@ void MakeFile() {
 }
 
 std::string DefaultPath() {
-    std::string folder;
-    if (!CCommonUtility::GetDataFolderBase(MANAGEMENT_DATA_JOBLOG_DB, &folder)) {
-        throw CommandError("the user's data folder cannot be told");
-    }
-    return folder + "/joblog";
+    return DataFolder(MANAGEMENT_DATA_JOBLOG_DB) + "/joblog";
 }
 
 // A volume that is missing, as after a program that was killed on the way, gets its default too.

@@ -16,6 +16,7 @@
 #include "host/common/Printable.h"
 #include "host/common/StandardOutput.h"
 #include "host/common/TextTable.h"
+#include "host/settings/DataFolder.h"
 #include "host/settings/FolderLock.h"
 #include "host/settings/SettingsFile.h"
 #include "host/settings/SystemSettings.h"
@@ -52,11 +53,7 @@ struct Overview {
 };
 
 std::string UserFolder() {
-    std::string folder;
-    if (!CCommonUtility::GetDataFolderBase(MANAGEMENT_DATA_SYSTEM_SETTING, &folder)) {
-        throw CommandError("the user's data folder cannot be told");
-    }
-    return folder;
+    return DataFolder(MANAGEMENT_DATA_SYSTEM_SETTING);
 }
 
 std::string UserPath() {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "CostCountCommon/xmlpxd/XmlNode.h"
+#include "host/settings/XmlFile.h"
 #include "host/settings/XmlLayer.h"
 
 namespace tallyquist {
@@ -42,14 +42,13 @@ public:
     void Save(const std::string& path) const;
 
 private:
-    SettingsFile(XmlLayer& xml, const SettingsKind& kind, XmlDocument document, XmlNode root);
+    SettingsFile(XmlLayer& xml, const SettingsKind& kind, XmlFile file);
     XmlNode FirstStranger() const;
     void Add(unsigned int tagId, const std::string& value);
 
     XmlLayer* m_xml;
     SettingsKind m_kind;
-    XmlDocument m_document;
-    XmlNode m_root;
+    XmlFile m_file;
 };
 
 }  // namespace tallyquist

@@ -23,4 +23,18 @@ void XmlLayer::Bind() {
     }
 }
 
+std::string XmlLayer::NameOf(const XmlNode& element) const {
+    std::string name;
+    unsigned int err = XMLPXD_OK;
+    xmlpxd::ReadText(Parser(), &XMLPXD_FUNCLIST::GetElementName, element.Get(), &name, &err);
+    RequireXml(err);
+    return name;
+}
+
+void RequireXml(unsigned int err) {
+    if (err != XMLPXD_OK) {
+        throw CommandError("the XML parser plug-in failed with error " + std::to_string(err));
+    }
+}
+
 }  // namespace tallyquist

@@ -1,10 +1,11 @@
-// The library's XML layer for the settings commands.
+// The library's XML layer for the program's commands.
 #pragma once
 
 #include <map>
 #include <string>
 
 #include "CostCountCommon/CommonXMLPxd.h"
+#include "CostCountCommon/xmlpxd/XmlNode.h"
 
 namespace tallyquist {
 
@@ -17,8 +18,16 @@ public:
     void Bind();
 
     const std::map<unsigned int, std::string>& Names() const { return m_XmlTagIDs; }
-    // The entries of the parser plug-in, after Bind.
+
+    // After Bind.
+
+    // The entries of the parser plug-in.
     const XMLPXD_FUNCLIST& Parser() const { return *m_FunctionsXmlPxd; }
+    // Throws CommandError.
+    std::string NameOf(const XmlNode& element) const;
 };
+
+// Throws CommandError for an error of the parser plug-in that no file or value explains.
+void RequireXml(unsigned int err);
 
 }  // namespace tallyquist
