@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -123,17 +124,24 @@ void TellOfAnotherFile(XmlLayer& xml, const DbSetting& setting) {
     }
 }
 
-void ShowDb(const DbOptions& options) {
-    DbSetting setting;
-    bool isMoving = false;
-    {
-        const LibraryOutput quiet;
-        XmlLayer xml;
-        xml.Bind();
-        setting = Read(xml);
-        isMoving = IsMoving();
-        TellOfAnotherFile(xml, setting);
+// The setting; after a change, when one is given, before anybody else's turn.
+DbSetting ReadAfter(const std::function<void(XmlLayer&)>& change) {
+    const LibraryOutput quiet;
+    XmlLayer xml;
+    xml.Bind();
+    std::optional<FolderLock> turn;
+    if (change) {
+        turn.emplace(Folder());
+        change(xml);
     }
+    DbSetting setting = Read(xml);
+    TellOfAnotherFile(xml, setting);
+    return setting;
+}
+
+void ShowDb(const DbOptions& options) {
+    const DbSetting setting = ReadAfter(nullptr);
+    const bool isMoving = IsMoving();
     if (options.json) {
         Json json = JsonOf(setting);
         json["file_exists"] = setting.exists;
@@ -151,21 +159,14 @@ void ShowDb(const DbOptions& options) {
 }
 
 void InitialiseDb(const DbOptions& options) {
-    DbSetting setting;
     bool isInitialised = false;
-    {
-        const LibraryOutput quiet;
-        XmlLayer xml;
-        xml.Bind();
-        const FolderLock turn(Folder());
+    const DbSetting setting = ReadAfter([&](XmlLayer& xml) {
         isInitialised = !HasPath(Read(xml));
         MakeFile();
         if (!HasPath(Read(xml))) {
             SetPath(xml, DefaultPath());
         }
-        setting = Read(xml);
-        TellOfAnotherFile(xml, setting);
-    }
+    });
     if (options.json) {
         Json json = JsonOf(setting);
         json["initialised"] = isInitialised;
@@ -177,36 +178,22 @@ void InitialiseDb(const DbOptions& options) {
                         "; the database is in " + Visible(setting.path.value_or("")) + "\n");
 }
 
-DbSetting ChangePath(XmlLayer& xml, const std::string& path) {
-    if (!path.starts_with('/')) {
-        throw UsageError("the path must be absolute, not " + Printable(path));
-    }
-    xml.Bind();
-    const FolderLock turn(Folder());
+void ChangePath(XmlLayer& xml, const std::string& path) {
     if (IsMoving()) {
         throw CommandError("the database is being moved; its path cannot be changed now");
     }
     MakeFile();
     SetPath(xml, path);
-    DbSetting setting = Read(xml);
-    TellOfAnotherFile(xml, setting);
-    return setting;
-}
-
-DbSetting ReadOrChangePath(const std::string& path) {
-    const LibraryOutput quiet;
-    XmlLayer xml;
-    if (!path.empty()) {
-        return ChangePath(xml, path);
-    }
-    xml.Bind();
-    DbSetting setting = Read(xml);
-    TellOfAnotherFile(xml, setting);
-    return setting;
 }
 
 void PathOfDb(const DbOptions& options) {
-    const DbSetting setting = ReadOrChangePath(options.path);
+    const std::string& path = options.path;
+    if (!path.empty() && !path.starts_with('/')) {
+        throw UsageError("the path must be absolute, not " + Printable(path));
+    }
+    const DbSetting setting = path.empty()
+                                  ? ReadAfter(nullptr)
+                                  : ReadAfter([&](XmlLayer& xml) { ChangePath(xml, path); });
     if (options.json) {
         WriteJson(JsonOf(setting));
     }
