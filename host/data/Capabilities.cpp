@@ -44,32 +44,30 @@ constexpr EntryKind KINDS[] = {
 };
 constexpr const char* COLUMNS[] = {"id", "color", "tank", "name", "value"};
 
-constexpr const EntryKind& INK = KINDS[0];
-constexpr const EntryKind& MEDIA_TYPE = KINDS[1];
-constexpr const EntryKind& MEDIA_SIZE = KINDS[2];
 constexpr const EntryKind& UNKNOWN_JOBLOG = KINDS[3];
 
-constexpr RecordShape<Ink> INK_SHAPE{INK_MEMBERS};
-constexpr RecordShape<MediaType> MEDIA_TYPE_SHAPE{MEDIA_TYPE_MEMBERS, &MediaType::m_MediaTypeName};
-constexpr RecordShape<MediaSize> MEDIA_SIZE_SHAPE{MEDIA_SIZE_MEMBERS};
+constexpr RecordShape<Ink> INK{KINDS[0], INK_MEMBERS};
+constexpr RecordShape<MediaType> MEDIA_TYPE{KINDS[1], MEDIA_TYPE_MEMBERS,
+                                            &MediaType::m_MediaTypeName};
+constexpr RecordShape<MediaSize> MEDIA_SIZE{KINDS[2], MEDIA_SIZE_MEMBERS};
 
 Entries Read(XmlLayer& xml, const std::string& path) {
     CCommonXmlPxdDataPrinterCaps caps;
     std::string name = std::filesystem::path(path).filename();
     xml.GetPrinterCaps(name, caps);
     Entries entries;
-    AppendEntries(caps.m_InkList, INK_SHAPE, INK, entries);
-    AppendEntries(caps.m_MediaTypeList, MEDIA_TYPE_SHAPE, MEDIA_TYPE, entries);
-    AppendEntries(caps.m_MediaSizeList, MEDIA_SIZE_SHAPE, MEDIA_SIZE, entries);
+    AppendEntries(caps.m_InkList, INK, entries);
+    AppendEntries(caps.m_MediaTypeList, MEDIA_TYPE, entries);
+    AppendEntries(caps.m_MediaSizeList, MEDIA_SIZE, entries);
     entries.push_back({&UNKNOWN_JOBLOG, {caps.m_DispUnknownJoblog}, {}});
     return entries;
 }
 
 bool Write(XmlLayer& xml, const std::string& path, const Entries& entries) {
     CCommonXmlPxdDataPrinterCaps caps;
-    AppendRecords(entries, INK_SHAPE, INK, caps.m_InkList);
-    AppendRecords(entries, MEDIA_TYPE_SHAPE, MEDIA_TYPE, caps.m_MediaTypeList);
-    AppendRecords(entries, MEDIA_SIZE_SHAPE, MEDIA_SIZE, caps.m_MediaSizeList);
+    AppendRecords(entries, INK, caps.m_InkList);
+    AppendRecords(entries, MEDIA_TYPE, caps.m_MediaTypeList);
+    AppendRecords(entries, MEDIA_SIZE, caps.m_MediaSizeList);
     caps.m_DispUnknownJoblog = entries.back().values.front();
     std::string name = std::filesystem::path(path).filename();
     return xml.CreatePrinterCapsFile(name, caps) == 0;

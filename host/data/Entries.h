@@ -43,8 +43,8 @@ struct EntryKind {
     unsigned int nameTag;   // of the elements that hold a name per language, or XMLTAG_NONE
     const char* initially;  // the text of a single value that is not given
 
-    bool IsList() const { return list != XMLTAG_NONE; }
-    bool HasNames() const { return nameTag != XMLTAG_NONE; }
+    constexpr bool IsList() const { return list != XMLTAG_NONE; }
+    constexpr bool HasNames() const { return nameTag != XMLTAG_NONE; }
 };
 
 // The single values stand last.

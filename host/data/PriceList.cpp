@@ -52,14 +52,11 @@ constexpr EntryKind KINDS[] = {
 constexpr const char* COLUMNS[] = {"id",     "size_id", "width", "length",
                                    "number", "cost",    "calc",  "rsv"};
 
-constexpr const EntryKind& INK = KINDS[0];
-constexpr const EntryKind& MEDIA = KINDS[1];
-constexpr const EntryKind& EXTRA = KINDS[2];
 constexpr const EntryKind& HIDDEN = KINDS[3];
 
-constexpr RecordShape<Ink> INK_SHAPE{INK_MEMBERS};
-constexpr RecordShape<Media> MEDIA_SHAPE{MEDIA_MEMBERS};
-constexpr RecordShape<Extra> EXTRA_SHAPE{EXTRA_MEMBERS, &Extra::m_ExtraName};
+constexpr RecordShape<Ink> INK{KINDS[0], INK_MEMBERS};
+constexpr RecordShape<Media> MEDIA{KINDS[1], MEDIA_MEMBERS};
+constexpr RecordShape<Extra> EXTRA{KINDS[2], EXTRA_MEMBERS, &Extra::m_ExtraName};
 
 std::string FolderIn(const std::filesystem::path& path) {
     return path.parent_path().string().append("/");
@@ -70,18 +67,18 @@ Entries Read(XmlLayer& xml, const std::string& path) {
     std::string name = std::filesystem::path(path).filename();
     xml.GetUnitCost(name, FolderIn(path), cost);
     Entries entries;
-    AppendEntries(cost.m_InkList, INK_SHAPE, INK, entries);
-    AppendEntries(cost.m_MediaList, MEDIA_SHAPE, MEDIA, entries);
-    AppendEntries(cost.m_ExtraList, EXTRA_SHAPE, EXTRA, entries);
+    AppendEntries(cost.m_InkList, INK, entries);
+    AppendEntries(cost.m_MediaList, MEDIA, entries);
+    AppendEntries(cost.m_ExtraList, EXTRA, entries);
     entries.push_back({&HIDDEN, {std::to_string(cost.m_ExtraHiddenNumber)}, {}});
     return entries;
 }
 
 bool Write(XmlLayer& xml, const std::string& path, const Entries& entries) {
     CCommonXmlPxdDataUnitCost cost;
-    AppendRecords(entries, INK_SHAPE, INK, cost.m_InkList);
-    AppendRecords(entries, MEDIA_SHAPE, MEDIA, cost.m_MediaList);
-    AppendRecords(entries, EXTRA_SHAPE, EXTRA, cost.m_ExtraList);
+    AppendRecords(entries, INK, cost.m_InkList);
+    AppendRecords(entries, MEDIA, cost.m_MediaList);
+    AppendRecords(entries, EXTRA, cost.m_ExtraList);
     cost.m_ExtraHiddenNumber = std::stoi(entries.back().values.front());
     std::string name = std::filesystem::path(path).filename();
     return xml.CreateUnitCostFile(name, FolderIn(path), cost) == 0;

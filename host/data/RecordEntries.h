@@ -11,18 +11,29 @@
 
 namespace tallyquist {
 
-// How the fields of an entry stand in a record.
+// How the entries of a kind stand in records.
 template <typename Record>
 struct RecordShape {
-    std::span<std::string Record::*const> members;  // one per field of the entry
-    std::map<std::string, std::string> Record::*names = nullptr;
+    // A constant does not compile unless there is a member per field.
+    constexpr RecordShape(const EntryKind& entryKind,
+                          std::span<std::string Record::*const> fieldMembers,
+                          std::map<std::string, std::string> Record::*nameMember = nullptr)
+        : kind(entryKind), members(fieldMembers), names(nameMember) {
+        if (members.size() != kind.fields.size() || (names != nullptr) != kind.HasNames()) {
+            throw "the record does not have the fields of the entry";
+        }
+    }
+
+    const EntryKind& kind;
+    std::span<std::string Record::*const> members;  // by field
+    std::map<std::string, std::string> Record::*names;
 };
 
 template <typename Record>
 void AppendEntries(const std::list<Record>& records, const RecordShape<Record>& shape,
-                   const EntryKind& kind, Entries& entries) {
+                   Entries& entries) {
     for (const Record& record : records) {
-        Entry& entry = entries.emplace_back(Entry{.kind = &kind, .values = {}, .names = {}});
+        Entry& entry = entries.emplace_back(Entry{.kind = &shape.kind, .values = {}, .names = {}});
         for (const auto member : shape.members) {
             entry.values.push_back(record.*member);
         }
@@ -33,10 +44,10 @@ void AppendEntries(const std::list<Record>& records, const RecordShape<Record>& 
 }
 
 template <typename Record>
-void AppendRecords(const Entries& entries, const RecordShape<Record>& shape, const EntryKind& kind,
+void AppendRecords(const Entries& entries, const RecordShape<Record>& shape,
                    std::list<Record>& records) {
     for (const Entry& entry : entries) {
-        if (entry.kind != &kind) {
+        if (entry.kind != &shape.kind) {
             continue;
         }
         Record& record = records.emplace_back();
