@@ -12,6 +12,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "host/ExportArguments.h"
@@ -126,11 +127,7 @@ int Run(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return Answer(program, error);
     }
-    for (const tallyquist::Command& command : commands) {
-        if (command.line->parsed()) {
-            command.run();
-        }
-    }
+    tallyquist::RunOneOf(std::move(commands))();
     return DONE;
 }
 

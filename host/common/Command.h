@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace tallyquist {
 
@@ -15,6 +16,9 @@ struct Command {
 
 // A new command without options but --help and --version.
 CLI::App* AddCommandLine(CLI::App& program, const std::string& name, const std::string& meaning);
+
+// Runs the one of the commands that was parsed.
+std::function<void()> RunOneOf(std::vector<Command> commands);
 
 // An empty value, such as an unset variable of a script gives, is a mistake.
 CLI::Validator NotEmpty();

@@ -309,14 +309,4 @@ Command AddExportCommand(CLI::App& parent, const FileKind& kind) {
     return {line, [options, &kind] { ExportTable(kind, *options); }};
 }
 
-std::function<void()> RunOneOf(std::vector<Command> commands) {
-    return [commands = std::move(commands)] {
-        for (const Command& command : commands) {
-            if (command.line->parsed()) {
-                command.run();
-            }
-        }
-    };
-}
-
 }  // namespace tallyquist

@@ -1,9 +1,6 @@
 // The commands that all kinds of data files with entries share.
 #pragma once
 
-#include <functional>
-#include <vector>
-
 #include "host/common/Command.h"
 #include "host/data/FileKind.h"
 
@@ -17,8 +14,5 @@ Command AddListOrShowCommand(CLI::App& parent, const FileKind& kind);
 // `columns` tells which columns a table has, for the help.
 Command AddImportCommand(CLI::App& parent, const FileKind& kind, const char* columns);
 Command AddExportCommand(CLI::App& parent, const FileKind& kind);
-
-// Runs the one that the command line has.
-std::function<void()> RunOneOf(std::vector<Command> commands);
 
 }  // namespace tallyquist

@@ -168,30 +168,22 @@ Command AddPrintersCommand(CLI::App& program) {
         command->callback([given] { given.Require(); });
         return command;
     };
-    const CLI::App* list = addReading("list", "List the printers.",
-                                      "With --json, print authentication information too.");
-    const CLI::App* show = addSerial(addReading("show", "Show all that is known of a printer.",
-                                                "Show authentication information too."));
+    CLI::App* list = addReading("list", "List the printers.",
+                                "With --json, print authentication information too.");
+    CLI::App* show = addSerial(addReading("show", "Show all that is known of a printer.",
+                                          "Show authentication information too."));
     CLI::App* added = add("add", "Add a printer to the list, which is made when missing.");
     options->added.AddTo(*added, true);
     CLI::App* set = addSerial(add("set",
                                   "Change what is given of a printer. An empty value clears "
                                   "a text."));
     options->changed.AddTo(*set, false);
-    addSerial(add("remove", "Remove a printer from the list."));
-    return {line, [=] {
-                if (list->parsed()) {
-                    ListPrinters(*options);
-                } else if (show->parsed()) {
-                    ShowPrinter(*options);
-                } else if (added->parsed()) {
-                    AddPrinter(*options);
-                } else if (set->parsed()) {
-                    SetPrinter(*options);
-                } else {
-                    RemovePrinter(*options);
-                }
-            }};
+    CLI::App* remove = addSerial(add("remove", "Remove a printer from the list."));
+    return {line, RunOneOf({{list, [options] { ListPrinters(*options); }},
+                            {show, [options] { ShowPrinter(*options); }},
+                            {added, [options] { AddPrinter(*options); }},
+                            {set, [options] { SetPrinter(*options); }},
+                            {remove, [options] { RemovePrinter(*options); }}})};
 }
 
 }  // namespace tallyquist

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <limits>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "CostCountCommon/include/MacUtility.h"
@@ -285,13 +286,7 @@ Command AddBuildCommand(CLI::App& parent) {
         AddDelivery(*command, *options);
         commands.push_back({command, [options, &kind] { Build(kind, *options); }});
     }
-    return {line, [commands] {
-                for (const Command& command : commands) {
-                    if (command.line->parsed()) {
-                        command.run();
-                    }
-                }
-            }};
+    return {line, RunOneOf(std::move(commands))};
 }
 
 Command AddParseCommand(CLI::App& parent) {
@@ -326,9 +321,7 @@ Command AddMessageCommand(CLI::App& program) {
     CLI::App* line = AddCommandLine(
         program, "message", "Build, send or show messages to and from the background tools.");
     line->require_subcommand(1);
-    const Command build = AddBuildCommand(*line);
-    const Command parse = AddParseCommand(*line);
-    return {line, [build, parse] { (build.line->parsed() ? build : parse).run(); }};
+    return {line, RunOneOf({AddBuildCommand(*line), AddParseCommand(*line)})};
 }
 
 }  // namespace tallyquist

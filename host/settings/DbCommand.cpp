@@ -231,15 +231,9 @@ Command AddDbCommand(CLI::App& program) {
     path->add_option("PATH", options->path, "The new path, absolute; the volume stays.")
         ->type_name("")
         ->check(NotEmpty());
-    return {line, [options, show, init] {
-                if (show->parsed()) {
-                    ShowDb(*options);
-                } else if (init->parsed()) {
-                    InitialiseDb(*options);
-                } else {
-                    PathOfDb(*options);
-                }
-            }};
+    return {line, RunOneOf({{show, [options] { ShowDb(*options); }},
+                            {init, [options] { InitialiseDb(*options); }},
+                            {path, [options] { PathOfDb(*options); }}})};
 }
 
 }  // namespace tallyquist
