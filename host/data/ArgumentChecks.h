@@ -1,9 +1,10 @@
 // Values of options on their way into a data file.
 #pragma once
 
-#include <charconv>
+#include <optional>
 #include <string>
-#include <system_error>
+
+#include "host/common/WholeNumber.h"
 
 namespace tallyquist {
 
@@ -22,16 +23,14 @@ void CheckHeldByXml(const Argument& argument);
 // A decimal number without anything around it. Throws UsageError.
 template <typename Number>
 Number ParseNumber(const Argument& argument, Number first, Number last) {
-    Number number = 0;
-    const char* end = argument.text.data() + argument.text.size();
-    const auto [rest, error] = std::from_chars(argument.text.data(), end, number);
-    if (error != std::errc() || rest != end || number < first || number > last) {
+    const std::optional<Number> number = WholeNumber<Number>(argument.text);
+    if (!number || *number < first || *number > last) {
         Refuse(argument, std::string(" is not a number from ")
                              .append(std::to_string(first))
                              .append(" to ")
                              .append(std::to_string(last)));
     }
-    return number;
+    return *number;
 }
 
 }  // namespace tallyquist

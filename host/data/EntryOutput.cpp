@@ -1,5 +1,8 @@
 #include "host/data/EntryOutput.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "host/common/TextTable.h"
 
 namespace tallyquist {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "host/common/Json.h"
 #include "host/data/DataFiles.h"

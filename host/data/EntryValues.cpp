@@ -1,11 +1,12 @@
 #include "host/data/EntryValues.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdint>
+#include <optional>
 
 #include "compatible/Utf8.h"
 #include "host/common/Printable.h"
+#include "host/common/WholeNumber.h"
 #include "plugins/zopmekxmlpxd/TextChecks.h"
 
 namespace tallyquist {
@@ -44,13 +45,11 @@ std::string AdoptNumber(DecimalMark mark, std::string* value) {
 }
 
 std::string AdoptWhole(std::string* value) {
-    int32_t number = 0;
-    const char* end = value->data() + value->size();
-    const auto [stop, error] = std::from_chars(value->data(), end, number);
-    if (error != std::errc() || stop != end) {
+    const std::optional<int32_t> number = WholeNumber<int32_t>(*value);
+    if (!number) {
         return Printable(*value).append(" is no whole number from -2147483648 to 2147483647");
     }
-    *value = std::to_string(number);
+    *value = std::to_string(*number);
     return {};
 }
 

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
 
+#include "compatible/Ascii.h"
 #include "host/common/Printable.h"
 #include "host/input/DelimitedReader.h"
 #include "host/input/LogTime.h"
@@ -29,9 +29,7 @@ constexpr std::array<Signature, 5> SIGNATURES = {{{"BZh", "a bzip2 file"},
 // The separator that the end of a file name stands for; NUL when it is not that of a table.
 char SeparatorOfName(const std::string& name) {
     std::string lower(name);
-    std::ranges::transform(lower, lower.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
+    std::ranges::transform(lower, lower.begin(), AsciiLower);
     if (lower.ends_with(".gz")) {
         lower.resize(lower.size() - 3);
     }

@@ -43,10 +43,6 @@ struct Input {
     std::unique_ptr<RecordReader> reader;
 };
 
-std::unique_ptr<LineReader> OpenLines(const std::string& path) {
-    return std::make_unique<LineReader>(path);
-}
-
 // Sets what is known of the file, and refuses one that was named before under whatever name.
 void Inspect(Input& input, std::set<std::pair<dev_t, ino_t>>& known) {
     struct stat status {};
@@ -147,7 +143,7 @@ void AllInputs::OpenAll() {
         Input input;
         input.path = path;
         Inspect(input, known);
-        std::unique_ptr<LineReader> lines = OpenLines(path);
+        auto lines = std::make_unique<LineReader>(path);
         input.recognized = recognizer.Recognize(
             *lines, [&] { return input.regular ? LineReader::Tail(path) : std::string(); });
         if (input.recognized.kind != Recognized::Kind::EMPTY) {
@@ -246,7 +242,7 @@ bool AllInputs::NextRecord() {
     for (; m_current < m_inputs.size(); ++m_current) {
         Input& input = m_inputs[m_current];
         if (!input.reader) {
-            MakeReader(input, OpenLines(input.path));
+            MakeReader(input, std::make_unique<LineReader>(input.path));
         }
         const bool found = input.reader->Next(m_record);
         if (m_progress != nullptr) {

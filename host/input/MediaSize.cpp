@@ -3,10 +3,11 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 
+#include "compatible/Ascii.h"
 #include "host/common/Thousandths.h"
+#include "host/common/WholeNumber.h"
 
 namespace tallyquist {
 namespace {
@@ -183,13 +184,11 @@ std::optional<double> ParseDecimal(std::string_view text) {
     std::string digits(text);
     const size_t point = std::min(text.find('.'), text.size());
     digits.erase(point, 1);
-    uint64_t value = 0;
-    const char* end = digits.data() + digits.size();
-    const auto [stop, error] = std::from_chars(digits.data(), end, value);
-    if (error != std::errc() || stop != end) {
+    const std::optional<uint64_t> value = WholeNumber<uint64_t>(digits);
+    if (!value) {
         return std::nullopt;
     }
-    return static_cast<double>(value) / std::pow(10.0, static_cast<double>(digits.size() - point));
+    return static_cast<double>(*value) / std::pow(10.0, static_cast<double>(digits.size() - point));
 }
 
 std::optional<MediaSize> Measure(std::string_view width, std::string_view height, double unit) {
@@ -304,9 +303,7 @@ std::optional<MediaSize> ResolveOne(std::string_view name) {
 
 std::optional<MediaSize> ResolveMedia(std::string_view name) {
     std::string lower(name);
-    std::ranges::transform(lower, lower.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
+    std::ranges::transform(lower, lower.begin(), AsciiLower);
     std::string_view rest = lower;
     while (!rest.empty()) {
         const size_t comma = std::min(rest.find(','), rest.size());

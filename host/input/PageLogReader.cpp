@@ -2,24 +2,14 @@
 #include "host/input/PageLogReader.h"
 
 #include <algorithm>
-#include <charconv>
 #include <utility>
 
 #include "host/common/Printable.h"
+#include "host/common/WholeNumber.h"
 #include "host/input/LogTime.h"
 
 namespace tallyquist {
 namespace {
-
-std::optional<int64_t> ParseNumber(std::string_view digits) {
-    int64_t value = 0;
-    const char* end = digits.data() + digits.size();
-    const auto [stop, error] = std::from_chars(digits.data(), end, value);
-    if (error != std::errc() || stop != end) {
-        return std::nullopt;
-    }
-    return value;
-}
 
 bool IsBlank(std::string_view text) {
     return text.find_first_not_of(" \t") == std::string_view::npos;
@@ -313,7 +303,8 @@ bool PageLogReader::FillValues(Record& record, std::optional<int64_t>& time) {
             return false;
         }
     }
-    return CountPages(record, fields);
+    CountPages(record, fields);
+    return true;
 }
 
 // Turns the text of a field into the value of its column.
@@ -331,13 +322,13 @@ bool PageLogReader::FillValue(size_t i, std::string& value, std::optional<int64_
         time = time ? time : seconds;
     } else if (kind == FieldKind::EPOCH) {
         // It may also be the time of something that did not happen.
-        const std::optional<int64_t> seconds = ParseNumber(field);
+        const std::optional<int64_t> seconds = WholeNumber<int64_t>(field);
         if (!seconds || !IsShowableTime(*seconds)) {
             value.clear();
         }
     } else if ((kind == FieldKind::JOB || kind == FieldKind::COUNT ||
                 (kind == FieldKind::PAGE && field != "total")) &&
-               !ParseNumber(field)) {
+               !WholeNumber<int64_t>(field)) {
         Report(Finding::Kind::UNREADABLE, m_entry.firstLine,
                "has a number too large to count with in " + m_format->fieldNames[i] + ", " +
                    Printable(field) + "; left out");
@@ -346,18 +337,18 @@ bool PageLogReader::FillValue(size_t i, std::string& value, std::optional<int64_
     return true;
 }
 
-bool PageLogReader::CountPages(Record& record, const std::vector<std::string_view>& fields) {
+void PageLogReader::CountPages(Record& record, const std::vector<std::string_view>& fields) {
     record.onePage.reset();
     if (!m_pagesColumn) {
-        return true;
+        return;
     }
     std::string& pages = record.values[*m_pagesColumn];
     pages.assign(m_format->countField ? fields[*m_format->countField] : "");
     if (m_format->pageField && fields[*m_format->pageField] != "total") {
-        record.onePage = m_format->countField ? ParseNumber(fields[*m_format->countField]) : 1;
+        record.onePage =
+            m_format->countField ? WholeNumber<int64_t>(fields[*m_format->countField]) : 1;
         pages = std::to_string(record.onePage.value_or(0));
     }
-    return true;
 }
 
 void PageLogReader::CheckEntry(const std::optional<int64_t>& time) {
@@ -427,7 +418,7 @@ bool PageLogReader::RepeatsJob() {
     if (!m_format->pageField || fields[*m_format->pageField] != "total") {
         return false;
     }
-    const std::optional<int64_t> job = ParseNumber(fields[m_format->jobField]);
+    const std::optional<int64_t> job = WholeNumber<int64_t>(fields[m_format->jobField]);
     return job && !m_format->jobs.Add(static_cast<uint64_t>(*job));
 }
 

@@ -75,7 +75,7 @@ private:
     bool Accept(Record& record);
     bool FillValues(Record& record, std::optional<int64_t>& time);
     bool FillValue(size_t i, std::string& value, std::optional<int64_t>& time) const;
-    bool CountPages(Record& record, const std::vector<std::string_view>& fields);
+    void CountPages(Record& record, const std::vector<std::string_view>& fields);
     void CheckEntry(const std::optional<int64_t>& time);
     bool ReportForgery();
     bool ReportEarlyTime(const std::optional<int64_t>& time) const;

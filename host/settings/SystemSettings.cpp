@@ -1,7 +1,6 @@
 #include "host/settings/SystemSettings.h"
 
 #include <algorithm>
-#include <charconv>
 #include <iterator>
 #include <numeric>
 #include <string_view>
@@ -9,6 +8,7 @@
 #include "compatible/Ascii.h"
 #include "host/common/Errors.h"
 #include "host/common/Printable.h"
+#include "host/common/WholeNumber.h"
 #include "host/settings/SettingsFile.h"
 
 namespace tallyquist {
@@ -39,10 +39,7 @@ bool IsAmong(const unsigned int (&ids)[COUNT], unsigned int id) {
 }
 
 bool IsNumber(const std::string& value) {
-    int number = 0;
-    const char* end = value.data() + value.size();
-    const auto [rest, error] = std::from_chars(value.data(), end, number);
-    return error == std::errc() && rest == end && value.front() != '-';
+    return WholeNumber<int>(value) && value.front() != '-';
 }
 
 // Below a folder, and not out of it again.
