@@ -15,7 +15,6 @@
 #include <utility>
 #include <vector>
 
-#include "host/ExportArguments.h"
 #include "host/Version.h"
 #include "host/common/Errors.h"
 #include "host/common/Printable.h"
@@ -24,6 +23,7 @@
 #include "host/data/CostsCommand.h"
 #include "host/data/PrintersCommand.h"
 #include "host/data/UserCommand.h"
+#include "host/export/ExportArguments.h"
 #include "host/info/CompletionCommand.h"
 #include "host/info/PapersCommand.h"
 #include "host/info/PathsCommand.h"

@@ -1,4 +1,4 @@
-#include "host/ExportArguments.h"
+#include "host/export/ExportArguments.h"
 
 #include <unistd.h>
 
