@@ -1,14 +1,11 @@
 #include "host/settings/XmlFault.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <optional>
 #include <pugixml.hpp>
 #include <string_view>
-#include <system_error>
 
 #include "compatible/Utf8.h"
 #include "host/common/Printable.h"
