@@ -12,6 +12,9 @@
 
 namespace {
 
+using xmlpxd::XmlDocument;
+using xmlpxd::XmlNode;
+
 constexpr const char* SOURCE = "CommonXmlPxd";
 
 }  // namespace

@@ -15,8 +15,10 @@
 
 namespace {
 
+using xmlpxd::CurrentXml;
 using xmlpxd::FAILED;
 using xmlpxd::SystemSettingFiles;
+using xmlpxd::XmlSource;
 
 constexpr const char* SOURCE = "CommonXmlPxd";
 

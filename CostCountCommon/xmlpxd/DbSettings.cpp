@@ -13,6 +13,12 @@
 
 namespace {
 
+using xmlpxd::CurrentXml;
+using xmlpxd::OpenedXml;
+using xmlpxd::Print;
+using xmlpxd::XmlNode;
+using xmlpxd::XmlSource;
+
 constexpr const char* SOURCE = "CommonXmlPxd";
 
 constexpr unsigned int NOT_CREATED = 0xFFFFFFFF;

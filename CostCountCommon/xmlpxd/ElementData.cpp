@@ -13,8 +13,10 @@
 
 namespace {
 
+using xmlpxd::Print;
 using xmlpxd::ReadText;
 using xmlpxd::TextResult;
+using xmlpxd::XmlNode;
 
 constexpr const char* SOURCE = "CommonXmlPxd";
 

@@ -15,17 +15,21 @@
 
 namespace {
 
+using xmlpxd::CurrentXml;
 using xmlpxd::ElementWriter;
 using xmlpxd::FAILED;
 using xmlpxd::ListReader;
 using xmlpxd::ListRow;
 using xmlpxd::ListTexts;
 using xmlpxd::NamesRow;
+using xmlpxd::Print;
 using xmlpxd::ReadList;
 using xmlpxd::RequiredRow;
 using xmlpxd::Step;
 using xmlpxd::TextRow;
 using xmlpxd::WriteList;
+using xmlpxd::XmlNode;
+using xmlpxd::XmlSource;
 
 using Caps = CCommonXmlPxdDataPrinterCaps;
 using Ink = CCommonXmlPxdDataInk;

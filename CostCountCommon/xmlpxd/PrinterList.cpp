@@ -15,10 +15,17 @@
 
 namespace {
 
+using xmlpxd::CurrentXml;
+using xmlpxd::ElementChain;
 using xmlpxd::ElementWriter;
 using xmlpxd::FAILED;
 using xmlpxd::NamesRow;
 using xmlpxd::NewItem;
+using xmlpxd::NumberOf;
+using xmlpxd::OpenedXml;
+using xmlpxd::Print;
+using xmlpxd::XmlNode;
+using xmlpxd::XmlSource;
 
 constexpr const char* SOURCE = "CommonXmlPxd";
 

@@ -15,6 +15,9 @@
 
 namespace {
 
+using xmlpxd::NumberOf;
+using xmlpxd::XmlNode;
+
 constexpr const char* SOURCE = "CommonXmlPxd";
 
 constexpr const char* DETCH_PIPE = "bnt2detch";

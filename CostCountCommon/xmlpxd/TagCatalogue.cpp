@@ -342,7 +342,7 @@ void Fill(std::map<unsigned int, std::string>& map, const Name (&names)[N]) {
 
 }  // namespace
 
-bool IsContainer(unsigned int tagId) {
+bool xmlpxd::IsContainer(unsigned int tagId) {
     return tagId < IS_CONTAINER.size() && IS_CONTAINER[tagId];
 }
 

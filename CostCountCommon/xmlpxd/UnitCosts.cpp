@@ -16,6 +16,7 @@
 
 namespace {
 
+using xmlpxd::CurrentXml;
 using xmlpxd::ElementWriter;
 using xmlpxd::FAILED;
 using xmlpxd::ListReader;
@@ -23,12 +24,16 @@ using xmlpxd::ListRow;
 using xmlpxd::ListTexts;
 using xmlpxd::NamesRow;
 using xmlpxd::NewItem;
+using xmlpxd::NumberOf;
+using xmlpxd::Print;
 using xmlpxd::ReadList;
 using xmlpxd::RequiredRow;
 using xmlpxd::ResultOf;
 using xmlpxd::Step;
 using xmlpxd::TextRow;
 using xmlpxd::WriteList;
+using xmlpxd::XmlNode;
+using xmlpxd::XmlSource;
 
 using Cost = CCommonXmlPxdDataUnitCost;
 using Ink = CCommonXmlPxdDataUnitCostInk;

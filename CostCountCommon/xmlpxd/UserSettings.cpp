@@ -16,9 +16,14 @@
 
 namespace {
 
+using xmlpxd::CurrentXml;
+using xmlpxd::ElementChain;
 using xmlpxd::FAILED;
+using xmlpxd::Print;
 using xmlpxd::ResultOf;
 using xmlpxd::Step;
+using xmlpxd::XmlNode;
+using xmlpxd::XmlSource;
 
 using Settings = CCommonXmlPxdDataUserSettings;
 using JobCost = CCommonXmlPxdDataJobCost;

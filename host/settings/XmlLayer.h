@@ -5,8 +5,13 @@
 #include <string>
 
 #include "CostCountCommon/CommonXMLPxd.h"
+#include "CostCountCommon/xmlpxd/XmlNode.h"
 
 namespace tallyquist {
+
+// Owners of the handles that it gives.
+using xmlpxd::XmlDocument;
+using xmlpxd::XmlNode;
 
 class XmlLayer final : public CCommonXmlPxd {
 public:
