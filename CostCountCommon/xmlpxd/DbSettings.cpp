@@ -3,6 +3,7 @@
 #include <exception>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "CostCountCommon/CommonUtility.h"
 #include "CostCountCommon/CommonXMLPxd.h"

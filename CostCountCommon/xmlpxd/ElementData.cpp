@@ -2,6 +2,7 @@
 // writing part of CCommonXmlPxd.
 #include <exception>
 #include <limits>
+#include <memory>
 #include <new>
 #include <utility>
 #include <vector>

@@ -3,7 +3,6 @@
 // The messages are those that people who look for them know, with the names of other steps and
 // elements in some of them.
 #include <exception>
-#include <utility>
 
 #include "CostCountCommon/CommonUtility.h"
 #include "CostCountCommon/CommonXMLPxd.h"
