@@ -55,10 +55,10 @@ public:
     // The installed copy of the system setting file. False when there is no such folder.
     virtual bool GetSystemSettingFileFullPath(std::string* path);
 
-    // Binds the object once. `systemSettingPath` is the name of the system setting file; the
-    // plug-in lies at `parserPath`, with `joinPaths` at `installPath` and `parserPath` run
-    // together. True when the plug-in was loaded, even when it lacks entries: what needs those then
-    // fails.
+    // Binds the object once; a further call fails, but takes its first argument. The name of the
+    // system setting file is `systemSettingPath`; the plug-in lies at `parserPath`, with
+    // `joinPaths` at `installPath` and `parserPath` run together. True when the plug-in was loaded,
+    // even when it lacks entries: what needs those then fails.
     bool InitializeXmlPxd(std::string systemSettingPath, std::string installPath,
                           std::string parserPath, bool joinPaths);
     // Fills the table of the plug-in's entries; for InitializeXmlPxd.
@@ -341,7 +341,8 @@ private:
 
     void* m_document = nullptr;
     std::string m_systemSettingFile;
-    void* m_root = nullptr;  // of the document opened last, owned by whoever opened it
+    // Of the document opened last, owned by whoever opened it. Nothing reads it so far.
+    void* m_root = nullptr;
 
     std::vector<std::pair<unsigned int, std::string>> m_indexedTags;  // what the index was made of
     std::unordered_map<std::string_view, unsigned int> m_tagIndex;

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <exception>
 #include <new>
+#include <utility>
 
 #include "CostCountCommon/CommonXMLPxd.h"
 #include "CostCountCommon/include/MacUtility.h"
@@ -11,6 +12,9 @@
 #include "compatible/osFree.h"
 
 namespace {
+
+using xmlpxd::XmlDocument;
+using xmlpxd::XmlNode;
 
 constexpr const char* SOURCE = "CommonXmlPxd";
 
@@ -31,7 +35,7 @@ bool CCommonXmlPxd::InitializeXmlPxd(std::string systemSettingPath, std::string 
     if (systemSettingPath.empty()) {
         return false;
     }
-    m_systemSettingFile.swap(systemSettingPath);
+    m_systemSettingFile.swap(systemSettingPath);  // deliberately also when the rest is refused
     if (installPath.empty() || m_library != nullptr || m_FunctionsXmlPxd != nullptr) {
         return false;
     }

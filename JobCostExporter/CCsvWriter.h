@@ -3,8 +3,7 @@
 // CCMLibLogger.
 //
 // Results: 0; an errno value; -1 when the writer has failed before or has no open file. One thread
-// at a time. No function throws but EscapeValue, when memory is
-// exhausted.
+// at a time. No function throws but EscapeValue, when memory is exhausted.
 #pragma once
 
 #include <cstddef>

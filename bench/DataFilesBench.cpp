@@ -3,16 +3,17 @@
 //
 // Usage: bench_data_files [Google Benchmark's options]. Files go to $TMPDIR, else /tmp.
 #include <benchmark/benchmark.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <list>
 #include <pugixml.hpp>
 #include <string>
 #include <utility>
 
 #include "CostCountCommon/CommonXMLPxd.h"
+#include "bench/Bench.h"
 #include "bench/RatioReporter.h"
 
 namespace {
@@ -20,17 +21,6 @@ namespace {
 constexpr int PRINTERS = 100'000;
 
 using Printers = std::list<CCommonPrinterInfo>;
-
-[[noreturn]] void Fail(const std::string& reason) {
-    std::fprintf(stderr, "bench_data_files: %s\n", reason.c_str());
-    std::exit(1);
-}
-
-std::string Path(const char* name) {
-    const char* folder = std::getenv("TMPDIR");
-    return std::string(folder != nullptr ? folder : "/tmp") + "/bench_data_files." +
-           std::to_string(getpid()) + "." + name;
-}
 
 Printers MakePrinters() {
     Printers printers;

@@ -4,7 +4,6 @@
 // Usage: bench_exporter [Google Benchmark's options]. Files go to $TMPDIR, else /tmp.
 #include <benchmark/benchmark.h>
 #include <dlfcn.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -17,6 +16,7 @@
 #include <vector>
 
 #include "JobCostExporter/CJobCostExporter.h"
+#include "bench/Bench.h"
 #include "bench/RatioReporter.h"
 
 namespace {
@@ -33,11 +33,6 @@ struct Plugin {
     decltype(&DataExporterClose) close;
     decltype(&DataExporterWriteValues) writeValues;
 };
-
-[[noreturn]] void Fail(const std::string& reason) {
-    std::fprintf(stderr, "bench_exporter: %s\n", reason.c_str());
-    std::exit(1);
-}
 
 template <typename Function>
 void Find(void* module, const char* name, Function* function) {
@@ -107,12 +102,6 @@ struct Table {
     std::vector<std::string> texts;
     std::vector<const char*> values;
 };
-
-std::string Path(const char* name) {
-    const char* folder = std::getenv("TMPDIR");
-    return std::string(folder != nullptr ? folder : "/tmp") + "/bench_exporter." +
-           std::to_string(getpid()) + "." + name;
-}
 
 void Export(const Plugin& plugin, Table& table, const std::string& path, size_t rows = ROWS) {
     void* exporter = nullptr;

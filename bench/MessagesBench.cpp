@@ -3,12 +3,11 @@
 //
 // Usage: bench_messages [Google Benchmark's options]. Files go to $TMPDIR, else /tmp.
 #include <benchmark/benchmark.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
 #include <pugixml.hpp>
 #include <sstream>
 #include <string>
@@ -16,6 +15,7 @@
 
 #include "CostCountCommon/CommonUtility.h"
 #include "CostCountCommon/CommonXMLPxd.h"
+#include "bench/Bench.h"
 #include "bench/RatioReporter.h"
 
 namespace {
@@ -130,8 +130,7 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 2;
     }
-    const fs::path data =
-        fs::temp_directory_path() / ("bench_messages." + std::to_string(getpid()));
+    const std::string data = Path("data");
     setenv("TALLYQUIST_CONTENTS", BUILT_CONTENTS, 1);
     setenv("XDG_DATA_HOME", data.c_str(), 1);
     std::string folder;
@@ -156,10 +155,7 @@ int main(int argc, char** argv) {
     if (!isBound || command.m_CommuRetryInterval.empty() ||
         !AreSame(command, direct.Parse(message)) ||
         !AreSame(command, direct.Parse(direct.Build(printer)))) {
-        std::fputs(
-            "bench_messages: the library and the parser library build or parse different things\n",
-            stderr);
-        return 1;
+        Fail("the library and the parser library build or parse different things");
     }
     Register("/work", layer, printer, message);
     Register("/limit", direct, printer, message);

@@ -3,33 +3,22 @@
 //
 // Usage: bench_xml_layer [Google Benchmark's options]. Files go to $TMPDIR, else /tmp.
 #include <benchmark/benchmark.h>
-#include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
+#include <functional>
 #include <memory>
 #include <pugixml.hpp>
 #include <string>
-#include <string_view>
+#include <utility>
 
 #include "CostCountCommon/CommonXMLPxd.h"
+#include "bench/Bench.h"
 #include "bench/RatioReporter.h"
 
 namespace {
 
 constexpr int ELEMENTS = 50'000;
 constexpr int ELEMENTS_PER_PRINTER = 14;
-
-[[noreturn]] void Fail(const std::string& reason) {
-    std::fprintf(stderr, "bench_xml_layer: %s\n", reason.c_str());
-    std::exit(1);
-}
-
-std::string Path(const char* name) {
-    const char* folder = std::getenv("TMPDIR");
-    return std::string(folder != nullptr ? folder : "/tmp") + "/bench_xml_layer." +
-           std::to_string(getpid()) + "." + name;
-}
 
 void Append(pugi::xml_node parent, const char* name, const std::string& text) {
     parent.append_child(name).text().set(text.c_str());

@@ -45,8 +45,8 @@ enum XmlPxdError : unsigned int {
 // A value that is not UTF-8 is refused as either kind.
 enum XmlPxdValueKind : unsigned int {
     XMLPXD_MACHINE_TEXT = 0,  // refused
-    XMLPXD_TYPED_TEXT =
-        1,  // such a character becomes U+FFFD: a person typed it and must not lose the rest
+    // Such a character becomes U+FFFD: a person typed it and must not lose the rest.
+    XMLPXD_TYPED_TEXT = 1,
 };
 
 // What entries that return a length give on failure.
@@ -79,15 +79,14 @@ using XmlPxdGetXMLandAppDataBin = int(PDOC document, unsigned char* buffer, unsi
                                       unsigned int* err);
 // Writes the document as UTF-8, laid out for people: each element on a line of its own, indented,
 // except where that would change a text. A comment stays on the line that it ends, and empty lines
-// stay. Saving what was read from a saved file gives the same
-// bytes.
+// stay. Saving what was read from a saved file gives the same bytes.
 //
 // The file is replaced whole, and is on the disk when this returns, or it stays as it was; no other
 // file is left, unless the process is killed meanwhile. An existing file keeps its mode (but for
 // set-ID bits, and the rights of a group that it cannot keep) and, where the system allows it, its
-// owner; it must be a regular file that the caller may write. A symbolic
-// link is followed. A new file is for its owner alone. 0 or an error code: 8 also for a text that
-// CreateDocByFile would find too large.
+// owner; it must be a regular file that the caller may write. A symbolic link is followed. A new
+// file is for its owner alone. 0 or an error code: 8 also for a text that CreateDocByFile would
+// find too large.
 using XmlPxdSave = unsigned int(PDOC document, const char* path);
 
 // --- Elements ---

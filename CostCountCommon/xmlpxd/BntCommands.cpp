@@ -5,18 +5,25 @@
 #include <iterator>
 #include <memory>
 #include <new>
+#include <string>
+#include <utility>
 
 #include "CostCountCommon/CommonXMLPxd.h"
 #include "CostCountCommon/src/Log.h"
 #include "CostCountCommon/xmlpxd/IndexedTags.h"
 #include "CostCountCommon/xmlpxd/OpenedXml.h"
+#include "CostCountCommon/xmlpxd/PrinterTexts.h"
 #include "CostCountCommon/xmlpxd/Steps.h"
 #include "CostCountCommon/xmlpxd/SystemSettings.h"
 
 namespace {
 
+using xmlpxd::CurrentXml;
 using xmlpxd::FAILED;
+using xmlpxd::PrinterDecimal;
+using xmlpxd::PrinterText;
 using xmlpxd::SystemSettingFiles;
+using xmlpxd::XmlSource;
 
 constexpr const char* SOURCE = "CommonXmlPxd";
 
@@ -85,25 +92,13 @@ struct PrinterRow {
     std::string (*text)(const CCommonPrinterInfo& printer);
 };
 
-template <auto Getter>
-std::string TextOf(const CCommonPrinterInfo& printer) {
-    std::string text;
-    (printer.*Getter)(&text);
-    return text;
-}
-
-template <auto Getter>
-std::string DecimalOf(const CCommonPrinterInfo& printer) {
-    return std::to_string((printer.*Getter)());
-}
-
 constexpr PrinterRow PRINTER[] = {
-    {XMLTAG_BNTCMD_PRINTERID, TextOf<&CCommonPrinterInfo::GetSerialNumber>},
-    {XMLTAG_BNTCMD_IFTYPE, TextOf<&CCommonPrinterInfo::GetPortType>},
-    {XMLTAG_BNTCMD_ADDRESS, TextOf<&CCommonPrinterInfo::GetPortNumber>},
-    {XMLTAG_BNTCMD_PASSWORD, TextOf<&CCommonPrinterInfo::GetAuthInfo>},
-    {XMLTAG_BNTCMD_LOCATION_ID, DecimalOf<&CCommonPrinterInfo::GetLocationId>},
-    {XMLTAG_BNTCMD_NIC_INDEX, DecimalOf<&CCommonPrinterInfo::GetNicIndex>},
+    {XMLTAG_BNTCMD_PRINTERID, PrinterText<&CCommonPrinterInfo::GetSerialNumber>},
+    {XMLTAG_BNTCMD_IFTYPE, PrinterText<&CCommonPrinterInfo::GetPortType>},
+    {XMLTAG_BNTCMD_ADDRESS, PrinterText<&CCommonPrinterInfo::GetPortNumber>},
+    {XMLTAG_BNTCMD_PASSWORD, PrinterText<&CCommonPrinterInfo::GetAuthInfo>},
+    {XMLTAG_BNTCMD_LOCATION_ID, PrinterDecimal<&CCommonPrinterInfo::GetLocationId>},
+    {XMLTAG_BNTCMD_NIC_INDEX, PrinterDecimal<&CCommonPrinterInfo::GetNicIndex>},
 };
 
 // The system's settings that a command tells the tool.
@@ -292,7 +287,7 @@ unsigned int CCommonXmlPxd::CreateResultCommand(std::string* out, const CCommonP
         };
         if (isBnt) {
             if (!set(XMLTAG_RESULT_PRINTERID,
-                     TextOf<&CCommonPrinterInfo::GetMacAddress>(printer))) {
+                     PrinterText<&CCommonPrinterInfo::GetMacAddress>(printer))) {
                 return false;
             }
             // Receivers do without this element.

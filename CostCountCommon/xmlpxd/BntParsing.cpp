@@ -14,6 +14,11 @@
 
 namespace {
 
+using xmlpxd::NumberOf;
+using xmlpxd::Print;
+using xmlpxd::XmlDocument;
+using xmlpxd::XmlNode;
+
 constexpr const char* SOURCE = "CommonXmlPxd";
 
 // An element of a message, and the field that takes its text.

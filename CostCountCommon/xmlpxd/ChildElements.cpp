@@ -4,6 +4,7 @@
 #include <exception>
 #include <utility>
 
+#include "CostCountCommon/CommonXMLPxd.h"
 #include "CostCountCommon/xmlpxd/Print.h"
 
 namespace xmlpxd {
@@ -42,6 +43,19 @@ bool NextChild(const XMLPXD_FUNCLIST& functions, PNODE parent, PNODE last, Named
             break;
     }
     return true;
+}
+
+XmlNode RequiredChild(CCommonXmlPxd& xml, const XMLPXD_FUNCLIST* functions, PNODE parent,
+                      unsigned int tag, const char* missing) {
+    if (functions == nullptr) {
+        return {};
+    }
+    unsigned int err = XMLPXD_OK;
+    XmlNode child(*functions, xml.SearchParentElement(parent, tag, &err));
+    if (!child) {
+        Print("%s", missing);
+    }
+    return child;
 }
 
 PNODE ChildElements::Find(const std::string& name, unsigned int* err) try {

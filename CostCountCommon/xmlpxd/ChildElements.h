@@ -7,6 +7,8 @@
 
 #include "CostCountCommon/xmlpxd/XmlNode.h"
 
+class CCommonXmlPxd;
+
 namespace xmlpxd {
 
 struct NamedNode {
@@ -18,6 +20,11 @@ struct NamedNode {
 // in `*err`. `last` may be the child's own.
 bool NextChild(const XMLPXD_FUNCLIST& functions, PNODE parent, PNODE last, NamedNode* child,
                unsigned int* err);
+
+// The first child of that tag; `missing` is printed too when there is none. None, with nothing
+// printed, of an unbound object, which has no functions.
+XmlNode RequiredChild(CCommonXmlPxd& xml, const XMLPXD_FUNCLIST* functions, PNODE parent,
+                      unsigned int tag, const char* missing);
 
 // Finds several children of one parent without asking for one twice.
 class ChildElements {

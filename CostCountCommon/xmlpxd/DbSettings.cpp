@@ -3,6 +3,7 @@
 #include <exception>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "CostCountCommon/CommonUtility.h"
 #include "CostCountCommon/CommonXMLPxd.h"
@@ -12,6 +13,12 @@
 #include "CostCountCommon/xmlpxd/XmlNode.h"
 
 namespace {
+
+using xmlpxd::CurrentXml;
+using xmlpxd::OpenedXml;
+using xmlpxd::Print;
+using xmlpxd::XmlNode;
+using xmlpxd::XmlSource;
 
 constexpr const char* SOURCE = "CommonXmlPxd";
 

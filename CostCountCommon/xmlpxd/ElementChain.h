@@ -3,6 +3,8 @@
 
 #include "CostCountCommon/CommonXMLPxd.h"
 
+namespace xmlpxd {
+
 class ElementChain {
 public:
     explicit ElementChain(CCommonXmlPxd& xml) : m_xml(xml) {}
@@ -19,3 +21,5 @@ private:
     CCommonXmlPxd& m_xml;
     CCommonXmlPxdElementData* m_first = nullptr;
 };
+
+}  // namespace xmlpxd

@@ -2,6 +2,7 @@
 // writing part of CCommonXmlPxd.
 #include <exception>
 #include <limits>
+#include <memory>
 #include <new>
 #include <utility>
 #include <vector>
@@ -13,8 +14,10 @@
 
 namespace {
 
+using xmlpxd::Print;
 using xmlpxd::ReadText;
 using xmlpxd::TextResult;
+using xmlpxd::XmlNode;
 
 constexpr const char* SOURCE = "CommonXmlPxd";
 

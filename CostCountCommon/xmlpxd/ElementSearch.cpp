@@ -11,9 +11,12 @@
 
 namespace {
 
+using xmlpxd::IsContainer;
 using xmlpxd::NodeFrom;
+using xmlpxd::Print;
 using xmlpxd::ReadText;
 using xmlpxd::TextResult;
+using xmlpxd::XmlNode;
 
 constexpr unsigned int NO_NUMBER = 0xFFFFFFFF;
 

@@ -2,20 +2,13 @@
 
 #include <algorithm>
 
+#include "CostCountCommon/xmlpxd/ChildElements.h"
 #include "CostCountCommon/xmlpxd/Print.h"
 
 namespace xmlpxd {
 
 XmlNode ElementWriter::List(void* root, const ListRow& row) const {
-    if (m_functions == nullptr) {
-        return {};
-    }
-    unsigned int err = XMLPXD_OK;
-    XmlNode list(*m_functions, m_xml.SearchParentElement(root, row.tag, &err));
-    if (!list) {
-        Print("%s", row.missing);
-    }
-    return list;
+    return RequiredChild(m_xml, m_functions, root, row.tag, row.missing);
 }
 
 const std::string* ElementWriter::NameOf(unsigned int tag) const {

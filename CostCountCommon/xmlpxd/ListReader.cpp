@@ -5,6 +5,7 @@
 #include <new>
 
 #include "CostCountCommon/src/Log.h"
+#include "CostCountCommon/xmlpxd/ChildElements.h"
 #include "CostCountCommon/xmlpxd/Print.h"
 #include "CostCountCommon/xmlpxd/TagCatalogue.h"
 
@@ -17,15 +18,7 @@ void AddName(std::map<std::string, std::string>& names, const CCommonXmlPxdEleme
 }
 
 XmlNode ListReader::List(void* root, const ListTexts& texts) const {
-    if (m_functions == nullptr) {
-        return {};
-    }
-    unsigned int err = XMLPXD_OK;
-    XmlNode list(*m_functions, m_xml.SearchParentElement(root, texts.list, &err));
-    if (!list) {
-        Print("%s", texts.noList);
-    }
-    return list;
+    return RequiredChild(m_xml, m_functions, root, texts.list, texts.noList);
 }
 
 bool ListReader::Receive(const XmlNode& list, const ListTexts& texts, std::vector<XmlNode>* items) {

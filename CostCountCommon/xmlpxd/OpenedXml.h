@@ -6,6 +6,8 @@
 
 #include "CostCountCommon/CommonXMLPxd.h"
 
+namespace xmlpxd {
+
 // A file that is only read.
 class OpenedXml {
 public:
@@ -53,3 +55,5 @@ private:
     void* m_root;
     bool m_leaveOpen = false;
 };
+
+}  // namespace xmlpxd

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <string_view>
 
+namespace xmlpxd {
 namespace {
 
 void Unlock(void* stream) {
@@ -30,3 +31,5 @@ void Print(const char* format, ...) {
     }
     pthread_cleanup_pop(1);
 }
+
+}  // namespace xmlpxd

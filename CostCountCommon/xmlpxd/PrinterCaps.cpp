@@ -3,10 +3,10 @@
 // The messages are those that people who look for them know; the step of media sizes bears the name
 // of that of media types in most of its own.
 #include <exception>
-#include <utility>
 
 #include "CostCountCommon/CommonUtility.h"
 #include "CostCountCommon/CommonXMLPxd.h"
+#include "CostCountCommon/xmlpxd/ChildElements.h"
 #include "CostCountCommon/xmlpxd/ElementWriter.h"
 #include "CostCountCommon/xmlpxd/ListReader.h"
 #include "CostCountCommon/xmlpxd/OpenedXml.h"
@@ -15,17 +15,21 @@
 
 namespace {
 
+using xmlpxd::CurrentXml;
 using xmlpxd::ElementWriter;
 using xmlpxd::FAILED;
 using xmlpxd::ListReader;
 using xmlpxd::ListRow;
 using xmlpxd::ListTexts;
 using xmlpxd::NamesRow;
+using xmlpxd::Print;
 using xmlpxd::ReadList;
 using xmlpxd::RequiredRow;
 using xmlpxd::Step;
 using xmlpxd::TextRow;
 using xmlpxd::WriteList;
+using xmlpxd::XmlNode;
+using xmlpxd::XmlSource;
 
 using Caps = CCommonXmlPxdDataPrinterCaps;
 using Ink = CCommonXmlPxdDataInk;
@@ -167,15 +171,13 @@ constexpr LastText<MediaSize> MEDIA_SIZE_NAME = {XMLTAG_CAPS_MEDIASIZENAME,
 
 bool SetUnknownJoblog(CCommonXmlPxd& xml, const XMLPXD_FUNCLIST& functions, void* root,
                       const std::string& text) {
-    unsigned int err = XMLPXD_OK;
-    const XmlNode element(functions,
-                          xml.SearchParentElement(root, XMLTAG_CAPS_DISPUNKNOWNJOBLOG, &err));
-    if (!element || err != XMLPXD_OK) {
-        Print(
-            "CCommonXmlPxd::CreatePrinterCapsFile() ERROR: SearchParentElement(XMLTAG_ID_PRINTERCAPS_DISPUNKNOWNJOBLOG)");
+    const XmlNode element = xmlpxd::RequiredChild(
+        xml, &functions, root, XMLTAG_CAPS_DISPUNKNOWNJOBLOG,
+        "CCommonXmlPxd::CreatePrinterCapsFile() ERROR: SearchParentElement(XMLTAG_ID_PRINTERCAPS_DISPUNKNOWNJOBLOG)");
+    if (!element) {
         return false;
     }
-    err = xmlpxd::SetText(functions, element.Get(), text, XMLPXD_MACHINE_TEXT);
+    const unsigned int err = xmlpxd::SetText(functions, element.Get(), text, XMLPXD_MACHINE_TEXT);
     if (err != XMLPXD_OK) {
         Print("CCommonXmlPxd::CreatePrinterCapsFile() ERROR: SetElementValue() out_errCode = %u\n",
               err);

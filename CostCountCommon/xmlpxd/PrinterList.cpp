@@ -1,6 +1,6 @@
 // The printer list. Its external interface is the part of that name of CCommonXmlPxd.
 #include <exception>
-#include <memory>
+#include <list>
 #include <new>
 #include <string>
 #include <utility>
@@ -12,13 +12,23 @@
 #include "CostCountCommon/xmlpxd/NumberOf.h"
 #include "CostCountCommon/xmlpxd/OpenedXml.h"
 #include "CostCountCommon/xmlpxd/Print.h"
+#include "CostCountCommon/xmlpxd/PrinterTexts.h"
 
 namespace {
 
+using xmlpxd::CurrentXml;
+using xmlpxd::ElementChain;
 using xmlpxd::ElementWriter;
 using xmlpxd::FAILED;
 using xmlpxd::NamesRow;
 using xmlpxd::NewItem;
+using xmlpxd::NumberOf;
+using xmlpxd::OpenedXml;
+using xmlpxd::Print;
+using xmlpxd::PrinterDecimal;
+using xmlpxd::PrinterText;
+using xmlpxd::XmlNode;
+using xmlpxd::XmlSource;
 
 constexpr const char* SOURCE = "CommonXmlPxd";
 
@@ -30,21 +40,9 @@ constexpr const char* BONJOUR = "bonjour";
 
 // --- Elements and attributes with their fields ---
 
-template <void (CCommonPrinterInfo::*Get)(std::string*) const>
-std::string Text(const CCommonPrinterInfo& printer) {
-    std::string text;
-    (printer.*Get)(&text);
-    return text;
-}
-
 template <void (CCommonPrinterInfo::*Set)(std::string)>
 void SetText(CCommonPrinterInfo& printer, const std::string& text) {
     (printer.*Set)(text);
-}
-
-template <auto Get>
-std::string Decimal(const CCommonPrinterInfo& printer) {
-    return std::to_string((printer.*Get)());
 }
 
 template <void (CCommonPrinterInfo::*Set)(int)>
@@ -65,33 +63,33 @@ struct Row {
 constexpr Row ROWS_BEFORE_PORT[] = {
     {{XMLTAG_PRN_MODEL_NAME, "CCommonXmlPxd::CreatePrinterListFile() ERROR:  find <model_name>",
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  CreateElementWithValue <model_name>"},
-     Text<&CCommonPrinterInfo::GetModelName>,
+     PrinterText<&CCommonPrinterInfo::GetModelName>,
      SetText<&CCommonPrinterInfo::SetModelName>},
     {{XMLTAG_PRN_SERIAL_NUMBER,
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  find <serial_number>",
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  CreateElementWithValue <serial_number>"},
-     Text<&CCommonPrinterInfo::GetSerialNumber>,
+     PrinterText<&CCommonPrinterInfo::GetSerialNumber>,
      SetText<&CCommonPrinterInfo::SetSerialNumber>},
     {{XMLTAG_PRN_MAC_ADDRESS, "CCommonXmlPxd::CreatePrinterListFile() ERROR:  find <mac_address>",
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  CreateElementWithValue <mac_address>"},
-     Text<&CCommonPrinterInfo::GetMacAddress>,
+     PrinterText<&CCommonPrinterInfo::GetMacAddress>,
      SetText<&CCommonPrinterInfo::SetMacAddress>},
 };
 
 constexpr Row PORT_ATTRIBUTES[] = {
     {{XMLTAG_ATTR_TYPE, "CCommonXmlPxd::CreatePrinterListFile() ERROR:  find <port type ATTR>",
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  SetAttribute <port type ATTR>"},
-     Text<&CCommonPrinterInfo::GetPortType>,
+     PrinterText<&CCommonPrinterInfo::GetPortType>,
      SetText<&CCommonPrinterInfo::SetPortType>},
     {{XMLTAG_ATTR_LOCATION_ID,
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  find <port location_id ATTR>",
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  SetAttribute <port location_id ATTR>"},
-     Decimal<&CCommonPrinterInfo::GetLocationId>,
+     PrinterDecimal<&CCommonPrinterInfo::GetLocationId>,
      SetLocationId},
     {{XMLTAG_ATTR_NIC_INDEX,
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  find <port nic_index ATTR>",
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  SetAttribute <port nic_index ATTR>"},
-     Decimal<&CCommonPrinterInfo::GetNicIndex>,
+     PrinterDecimal<&CCommonPrinterInfo::GetNicIndex>,
      SetNumber<&CCommonPrinterInfo::SetNicIndex>},
 };
 
@@ -99,35 +97,35 @@ constexpr Row ROWS_AFTER_PORT[] = {
     {{XMLTAG_PRN_SUPPORT_OXAL_SERVICE,
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  find <support_oxal_service>",
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  CreateElementWithValue <support_oxal_service>"},
-     Text<&CCommonPrinterInfo::GetOXALServices>,
+     PrinterText<&CCommonPrinterInfo::GetOXALServices>,
      SetText<&CCommonPrinterInfo::SetOXALServices>},
     {{XMLTAG_PRN_FRIENDLY_NAME,
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  find <friendly_name>",
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  CreateElementWithValue <friendly_name>"},
-     Text<&CCommonPrinterInfo::GetFriendlyName>,
+     PrinterText<&CCommonPrinterInfo::GetFriendlyName>,
      SetText<&CCommonPrinterInfo::SetFriendlyName>},
     {{XMLTAG_PRN_AUTH_INFO, "CCommonXmlPxd::CreatePrinterListFile() ERROR:  find <auth_info>",
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  CreateElementWithValue <auth_info>"},
-     Text<&CCommonPrinterInfo::GetAuthInfo>,
+     PrinterText<&CCommonPrinterInfo::GetAuthInfo>,
      SetText<&CCommonPrinterInfo::SetAuthInfo>},
     {{XMLTAG_PRN_ADDITIONAL_INFO,
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  find <additional_info>",
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  CreateElementWithValue <additional_info>"},
-     Text<&CCommonPrinterInfo::GetAdditionalInfo>,
+     PrinterText<&CCommonPrinterInfo::GetAdditionalInfo>,
      SetText<&CCommonPrinterInfo::SetAdditionalInfo>},
     {{XMLTAG_PRN_CYCLE_TIME, "CCommonXmlPxd::CreatePrinterListFile() ERROR:  find <cycle_time>",
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  CreateElementWithValue <cycle_time>"},
-     Decimal<&CCommonPrinterInfo::GetPrinterTick>,
+     PrinterDecimal<&CCommonPrinterInfo::GetPrinterTick>,
      SetNumber<&CCommonPrinterInfo::SetPrinterTick>},
     {{XMLTAG_PRN_CYCLE_ACQUISITION,
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  find <cycle_acquisition>",
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  CreateElementWithValue <cycle_acquisition>"},
-     Text<&CCommonPrinterInfo::GetPrinterCycleAcquisition>,
+     PrinterText<&CCommonPrinterInfo::GetPrinterCycleAcquisition>,
      SetText<&CCommonPrinterInfo::SetPrinterCycleAcquisition>},
     {{XMLTAG_PRN_REGIST_PRINTER,
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  find <regist_printer>",
       "CCommonXmlPxd::CreatePrinterListFile() ERROR:  CreateElementWithValue <regist_printer>"},
-     Text<&CCommonPrinterInfo::GetRegist>,
+     PrinterText<&CCommonPrinterInfo::GetRegist>,
      SetText<&CCommonPrinterInfo::SetRegist>},
 };
 
@@ -190,8 +188,8 @@ private:
     }
 
     bool WritePort(const XmlNode& element, const CCommonPrinterInfo& printer) const {
-        const std::string number = Text<&CCommonPrinterInfo::GetPortNumber>(printer);
-        const bool isBonjour = Text<&CCommonPrinterInfo::GetPortType>(printer) == BONJOUR;
+        const std::string number = PrinterText<&CCommonPrinterInfo::GetPortNumber>(printer);
+        const bool isBonjour = PrinterText<&CCommonPrinterInfo::GetPortType>(printer) == BONJOUR;
         const XmlNode port = m_writer.Text(element, PORT, isBonjour ? std::string() : number);
         if (!port) {
             return false;
@@ -213,7 +211,7 @@ private:
         const std::string* attribute = m_writer.NameOf(XMLTAG_ATTR_TRACKING_NAME);
         if (printer.GetExistTrackingName() && attribute != nullptr) {
             xmlpxd::SetAttribute(m_functions, port.Get(), *attribute,
-                                 Text<&CCommonPrinterInfo::GetTrackingName>(printer));
+                                 PrinterText<&CCommonPrinterInfo::GetTrackingName>(printer));
         }
     }
 

@@ -1,9 +1,9 @@
 // The system setting file. Its external interface is the part of that name of CCommonXmlPxd, and
 // GetSystemSettingFileFullPath.
 #include <algorithm>
-#include <cstdlib>
 #include <exception>
 #include <iterator>
+#include <utility>
 
 #include "CostCountCommon/CommonUtility.h"
 #include "CostCountCommon/CommonXMLPxd.h"
@@ -14,6 +14,9 @@
 #include "CostCountCommon/xmlpxd/XmlNode.h"
 
 namespace {
+
+using xmlpxd::NumberOf;
+using xmlpxd::XmlNode;
 
 constexpr const char* SOURCE = "CommonXmlPxd";
 

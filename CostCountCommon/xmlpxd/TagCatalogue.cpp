@@ -300,13 +300,13 @@ constexpr unsigned int CONTAINERS[] = {
     XMLTAG_DETCHRESULT_DETCHRESULT,
 };
 
-// One bit per tag, because a walk asks for every element.
+// By tag, because a walk asks for every element.
 constexpr auto IS_CONTAINER = [] {
-    std::array<bool, XMLTAG_LAST + 1> bits{};
+    std::array<bool, XMLTAG_LAST + 1> flags{};
     for (const unsigned int id : CONTAINERS) {
-        bits.at(id) = true;
+        flags.at(id) = true;
     }
-    return bits;
+    return flags;
 }();
 
 struct AttributeCount {
@@ -342,7 +342,7 @@ void Fill(std::map<unsigned int, std::string>& map, const Name (&names)[N]) {
 
 }  // namespace
 
-bool IsContainer(unsigned int tagId) {
+bool xmlpxd::IsContainer(unsigned int tagId) {
     return tagId < IS_CONTAINER.size() && IS_CONTAINER[tagId];
 }
 

@@ -3,7 +3,6 @@
 // The messages are those that people who look for them know, with the names of other steps and
 // elements in some of them.
 #include <exception>
-#include <utility>
 
 #include "CostCountCommon/CommonUtility.h"
 #include "CostCountCommon/CommonXMLPxd.h"
@@ -16,6 +15,7 @@
 
 namespace {
 
+using xmlpxd::CurrentXml;
 using xmlpxd::ElementWriter;
 using xmlpxd::FAILED;
 using xmlpxd::ListReader;
@@ -23,12 +23,16 @@ using xmlpxd::ListRow;
 using xmlpxd::ListTexts;
 using xmlpxd::NamesRow;
 using xmlpxd::NewItem;
+using xmlpxd::NumberOf;
+using xmlpxd::Print;
 using xmlpxd::ReadList;
 using xmlpxd::RequiredRow;
 using xmlpxd::ResultOf;
 using xmlpxd::Step;
 using xmlpxd::TextRow;
 using xmlpxd::WriteList;
+using xmlpxd::XmlNode;
+using xmlpxd::XmlSource;
 
 using Cost = CCommonXmlPxdDataUnitCost;
 using Ink = CCommonXmlPxdDataUnitCostInk;

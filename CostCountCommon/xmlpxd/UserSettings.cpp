@@ -4,10 +4,12 @@
 // GetUserSettingFile_, and those of GetUserSetting name the reader of the database settings and end
 // with an open parenthesis.
 #include <exception>
+#include <list>
 #include <string>
 #include <utility>
 
 #include "CostCountCommon/CommonXMLPxd.h"
+#include "CostCountCommon/xmlpxd/ChildElements.h"
 #include "CostCountCommon/xmlpxd/ElementChain.h"
 #include "CostCountCommon/xmlpxd/OpenedXml.h"
 #include "CostCountCommon/xmlpxd/Print.h"
@@ -16,9 +18,15 @@
 
 namespace {
 
+using xmlpxd::CurrentXml;
+using xmlpxd::ElementChain;
 using xmlpxd::FAILED;
+using xmlpxd::Print;
+using xmlpxd::RequiredChild;
 using xmlpxd::ResultOf;
 using xmlpxd::Step;
+using xmlpxd::XmlNode;
+using xmlpxd::XmlSource;
 
 using Settings = CCommonXmlPxdDataUserSettings;
 using JobCost = CCommonXmlPxdDataJobCost;
@@ -148,17 +156,6 @@ bool TakeAttributes(const CCommonXmlPxdElementData& entry, const AttributeRow<Re
     return true;
 }
 
-// The list element among the children.
-XmlNode FindList(CCommonXmlPxd& xml, const XMLPXD_FUNCLIST& functions, void* parent,
-                 const EntryList& row) {
-    unsigned int err = XMLPXD_OK;
-    XmlNode list(functions, xml.SearchParentElement(parent, row.list, &err));
-    if (!list) {
-        Print("%s", row.noList);
-    }
-    return list;
-}
-
 // Gives each entry to take(entry), up to the first that gives false.
 template <typename Take>
 bool TakeEntries(CCommonXmlPxd& xml, const XmlNode& list, const EntryList& row, Take take) {
@@ -182,10 +179,7 @@ template <typename Take>
 unsigned int ReadEntries(CCommonXmlPxd& xml, const XMLPXD_FUNCLIST* functions, void* parent,
                          const EntryList& row, Take take) {
     return ResultOf([&] {
-        if (functions == nullptr) {
-            return false;
-        }
-        const XmlNode list = FindList(xml, *functions, parent, row);
+        const XmlNode list = RequiredChild(xml, functions, parent, row.list, row.noList);
         return list && TakeEntries(xml, list, row, take);
     });
 }
@@ -213,7 +207,7 @@ unsigned int CCommonXmlPxd::GetUserSetting_Scales(CCommonXmlPxdDataUserSettings&
         return FAILED;
     }
     if (root == nullptr) {
-        return 0;
+        return 0;  // deliberately no failure, other than in the other steps
     }
     for (const Scale& scale : SCALES) {
         unsigned int err = XMLPXD_OK;
@@ -230,10 +224,8 @@ unsigned int CCommonXmlPxd::GetUserSetting_Scales(CCommonXmlPxdDataUserSettings&
 
 unsigned int CCommonXmlPxd::GetUserSetting_JobCostList(CCommonXmlPxdDataUserSettings& settings,
                                                        void* root) try {
-    if (m_FunctionsXmlPxd == nullptr) {
-        return FAILED;
-    }
-    const XmlNode list = FindList(*this, *m_FunctionsXmlPxd, root, JOB_COSTS);
+    const XmlNode list =
+        RequiredChild(*this, m_FunctionsXmlPxd.get(), root, JOB_COSTS.list, JOB_COSTS.noList);
     if (!list) {
         return FAILED;
     }
@@ -252,15 +244,10 @@ unsigned int CCommonXmlPxd::GetUserSetting_JobCostList(CCommonXmlPxdDataUserSett
 
 unsigned int CCommonXmlPxd::GetUserSetting_FilterConditon(CCommonXmlPxdDataUserSettings& settings,
                                                           void* root) try {
-    if (m_FunctionsXmlPxd == nullptr) {
-        return FAILED;
-    }
-    unsigned int err = XMLPXD_OK;
-    const XmlNode condition(*m_FunctionsXmlPxd,
-                            SearchParentElement(root, XMLTAG_USER_FILTERCONDITION, &err));
+    const XmlNode condition = RequiredChild(
+        *this, m_FunctionsXmlPxd.get(), root, XMLTAG_USER_FILTERCONDITION,
+        "CCommonXmlPxd::GetUserSettingFile_FilterConditon() ERROR: SearchParentElement(XMLTAG_ID_USRSETTING_FILTERCONDITION)");
     if (!condition) {
-        Print(
-            "CCommonXmlPxd::GetUserSettingFile_FilterConditon() ERROR: SearchParentElement(XMLTAG_ID_USRSETTING_FILTERCONDITION)");
         return FAILED;
     }
     RunEachStep(*this, FILTER_STEPS, settings, condition.Get());

@@ -7,6 +7,8 @@
 
 #include "CostCountCommon/include/XmlPxdFunctions.h"
 
+namespace xmlpxd {
+
 // A node handle, given back at the end.
 class XmlNode {
 public:
@@ -57,8 +59,6 @@ private:
     const XMLPXD_FUNCLIST* m_functions = nullptr;
     PDOC m_document = nullptr;
 };
-
-namespace xmlpxd {
 
 // A node that an entry such as GetFirstChild gives for a node or document; none unless the entry
 // succeeded.

@@ -93,7 +93,7 @@ std::string DataFiles::FindFaultInItem(void* item, const EntryKind& kind, unsign
 // counts the items of each list.
 std::string DataFiles::FindFault(const std::string& path, std::vector<unsigned int>* counts) {
     const XMLPXD_FUNCLIST& parser = m_xml.Parser();
-    const OpenedXml file(m_xml, path);
+    const xmlpxd::OpenedXml file(m_xml, path);
     unsigned int err = XMLPXD_OK;
     for (const EntryKind& kind : m_kind.entryKinds) {
         if (!kind.IsList()) {

@@ -99,7 +99,7 @@ bool ReadDetchResult(Message& message, Json* elements) {
         return message.xml.GetElementValueWithSearch(root.Get(), tagId, true, text, &message.err);
     };
     const bool isRead = read(XMLTAG_DETCHRESULT_RESULT, &result) && read(XMLTAG_RESULT_LAST, &last);
-    *elements = {{"result", result}, {"last", NumberOf(last) != 0}};
+    *elements = {{"result", result}, {"last", xmlpxd::NumberOf(last) != 0}};
     return isRead;
 }
 

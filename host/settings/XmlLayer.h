@@ -9,6 +9,10 @@
 
 namespace tallyquist {
 
+// Owners of the handles that it gives.
+using xmlpxd::XmlDocument;
+using xmlpxd::XmlNode;
+
 class XmlLayer final : public CCommonXmlPxd {
 public:
     // Has the catalogue of names, nothing more.

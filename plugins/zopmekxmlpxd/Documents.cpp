@@ -3,7 +3,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <memory>
 #include <string>
+#include <string_view>
 
 #include "CostCountCommon/src/ReplacingFile.h"
 #include "plugins/zopmekxmlpxd/Entry.h"

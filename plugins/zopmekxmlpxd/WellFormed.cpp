@@ -1,7 +1,6 @@
 #include "plugins/zopmekxmlpxd/WellFormed.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <iterator>
 #include <utility>
 #include <vector>

@@ -3,6 +3,8 @@
 
 namespace {
 
+using xmlpxd::XmlNode;
+
 struct Caps {
     using Record = CCommonXmlPxdDataPrinterCaps;
     static constexpr const char* PLACE = "data/Norvane/Tallyquist/PrinterCaps/a";
