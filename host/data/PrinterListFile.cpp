@@ -96,7 +96,7 @@ private:
 
     XmlLayer& m_xml;
     std::string m_shown;
-    OpenedXml m_file;
+    xmlpxd::OpenedXml m_file;
     XmlNode m_last;  // the printer that was read last
 };
 
