@@ -32,16 +32,20 @@ inline std::string WithNumbersMarked(std::string file, const std::string& by) {
     return file;
 }
 
-// One kind of file. It lies at Kind::PLACE.
-template <typename Kind>
-class DataFile : public SettingsFixture {
+// A file that is read and written through the counting parser.
+class FileFixture : public SettingsFixture {
 protected:
-    void SetUp() override {
-        SettingsFixture::SetUp();
-        if (m_file.starts_with(CorePlugin())) {
-            std::filesystem::remove(CorePlugin());  // the test has resources of its own
+    explicit FileFixture(const char* place) : m_file(m_folder.Path(place)) {}
+
+    static std::string WithoutLayout(const std::string& xml) {
+        std::istringstream lines(xml);
+        std::string file;
+        for (std::string line; std::getline(lines, line);) {
+            const size_t element = line.find_first_not_of(' ');
+            const bool isText = element == std::string::npos || line[element] != '<';
+            file.append(isText ? "\n" + line : line.substr(element));
         }
-        std::filesystem::create_directories(std::filesystem::path(m_file).parent_path());
+        return file;
     }
 
     // What the steps of an operation print, without what the searches in them print.
@@ -56,25 +60,6 @@ protected:
             }
         }
         return steps;
-    }
-    bool Read() { return Kind::Read(m_xml, m_name = "a:", m_record); }
-    std::string Reading(const std::string& file) {
-        WriteFile(m_file, file);
-        m_record = {};
-        return Steps([&] { Read(); });
-    }
-    // What is in the file then, without layout.
-    std::string Writing(const typename Kind::Record& record, unsigned int result = 0) {
-        WriteFile(m_file, "<earlier>");
-        EXPECT_EQ(result, Kind::Write(m_xml, m_name = ":a:", record));
-        std::istringstream lines(ReadFile(m_file));
-        std::string file;
-        for (std::string line; std::getline(lines, line);) {
-            const size_t element = line.find_first_not_of(' ');
-            const bool isText = element == std::string::npos || line[element] != '<';
-            file.append(isText ? "\n" + line : line.substr(element));
-        }
-        return file;
     }
 
     // A fault is a "tag" that is missing from the catalogue, an element that is "gone" from the
@@ -155,6 +140,36 @@ protected:
         }
     }
 
+    BoundXml m_xml;
+    const std::string m_file;
+};
+
+// One kind of file. It lies at Kind::PLACE.
+template <typename Kind>
+class DataFile : public FileFixture {
+protected:
+    DataFile() : FileFixture(Kind::PLACE) {}
+    void SetUp() override {
+        SettingsFixture::SetUp();
+        if (m_file.starts_with(CorePlugin())) {
+            std::filesystem::remove(CorePlugin());  // the test has resources of its own
+        }
+        std::filesystem::create_directories(std::filesystem::path(m_file).parent_path());
+    }
+
+    bool Read() { return Kind::Read(m_xml, m_name = "a:", m_record); }
+    std::string Reading(const std::string& file) {
+        WriteFile(m_file, file);
+        m_record = {};
+        return Steps([&] { Read(); });
+    }
+    // What is in the file then, without layout.
+    std::string Writing(const typename Kind::Record& record, unsigned int result = 0) {
+        WriteFile(m_file, "<earlier>");
+        EXPECT_EQ(result, Kind::Write(m_xml, m_name = ":a:", record));
+        return WithoutLayout(ReadFile(m_file));
+    }
+
     // No part of the file is read as if it were the whole.
     void ExpectReadingFaults(const std::string& file, const char* faults) {
         EXPECT_EQ("", Reading(file));
@@ -215,8 +230,6 @@ protected:
         return Logged();
     }
 
-    BoundXml m_xml;
-    const std::string m_file = m_folder.Path(Kind::PLACE);
     std::string m_name;
     typename Kind::Record m_record;
 };

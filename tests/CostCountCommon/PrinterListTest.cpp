@@ -1,7 +1,4 @@
-#include "compatible/ReplaceAll.h"
-#include "tests/CostCountCommon/BoundXml.h"
-#include "tests/CostCountCommon/SettingsFixture.h"
-#include "tests/support/FailingAllocation.h"
+#include "tests/CostCountCommon/DataFileFixture.h"
 #include "tests/support/PrinterRecords.h"
 
 namespace {
@@ -23,17 +20,14 @@ CCommonPrinterInfo Bonjour() {
     return printer;
 }
 
-std::string Without(const char* removed, std::string text) {
-    ReplaceAll(text, removed, "");
-    return text;
-}
-
-class PrinterList : public SettingsFixture {
+class PrinterList : public FileFixture {
 protected:
+    PrinterList() : FileFixture("printers.xml") {}
+
     unsigned int Write(const std::list<CCommonPrinterInfo>& printers) {
-        WriteFile(m_path, "as it was");
-        const unsigned int written = m_xml.CreatePrinterListFile(m_path, printers);
-        EXPECT_EQ(written == NOT_WRITTEN, ReadFile(m_path) == "as it was");
+        WriteFile(m_file, "as it was");
+        const unsigned int written = m_xml.CreatePrinterListFile(m_file, printers);
+        EXPECT_EQ(written == NOT_WRITTEN, ReadFile(m_file) == "as it was");
         EXPECT_EQ(0, CountingParser::LiveNodes());
         return written;
     }
@@ -42,7 +36,7 @@ protected:
     std::string Read(size_t field = 20) {
         CCommonPrinterInfo kept;
         CCommonPrinterInfo* head = &kept;
-        std::string outcome = m_xml.GetPrinterList(m_path, &head) ? "true" : "false";
+        std::string outcome = m_xml.GetPrinterList(m_file, &head) ? "true" : "false";
         outcome.append(head == &kept ? " kept" : head == nullptr ? " null" : "");
         m_read.clear();
         while (head != nullptr && head != &kept) {
@@ -53,9 +47,7 @@ protected:
         return outcome;
     }
 
-    const std::string m_path = m_folder.Path("printers.xml");
     std::list<Texts> m_read;
-    BoundXml m_xml;
 };
 
 TEST_F(PrinterList, EveryFieldSurvivesTheTripThroughTheFile) {
@@ -82,47 +74,41 @@ TEST_F(PrinterList, TheFileAsOthersSeeIt) {
               "<additional_info>f29</additional_info><cycle_time>-2147483648</cycle_time>"
               "<cycle_acquisition>f30</cycle_acquisition><regist_printer>f31</regist_printer>"
               "</printer></printer_list></mngprinter>",
-              Without("\n", Without("    ", ReadFile(m_path))));
+              WithoutLayout(ReadFile(m_file)));
     printer.SetPortType("Bonjour");
     printer.SetExistTrackingName(false);
     Write({printer});
-    EXPECT_NE(std::string::npos, ReadFile(m_path).find(R"(nic_index="-1">f24</port>)"));
+    EXPECT_NE(std::string::npos, ReadFile(m_file).find(R"(nic_index="-1">f24</port>)"));
     EXPECT_EQ(0U, Write({}));
     EXPECT_EQ(ReadFile(CorePlugin() + "/Contents/Resources/xmls/PrinterListBase.xml"),
-              ReadFile(m_path));
+              ReadFile(m_file));
 }
 
+// The texts are kept as they are known: the list is called bntinfo, a name and the port otherwise
+// than in the file.
 TEST_F(PrinterList, WhatFailsIsNamed) {
-    const auto test = [&](unsigned int tag, const std::string& missing, const char* entry, int nth,
-                          const std::string& failed) {
-        const auto write = [&] { EXPECT_EQ(NOT_WRITTEN, Write({Bonjour()})); };
-        auto taken = m_xml.m_XmlTagIDs.extract(tag);
-        EXPECT_EQ(missing + "\n", Printed(write));
-        m_xml.m_XmlTagIDs.insert(std::move(taken));
-        CountingParser::Fail(entry, nth, 6);
-        EXPECT_EQ(failed + "\n", Printed(write));
-    };
-    const std::string search = "CCommonXmlPxd::SearchParentElement() ERROR: ";
-    const std::string list = "\n" + WRITING + "SearchParentElement(bntinfo) errCode=";
-    test(35, search + "m_XmlTagIDs.end()" + list + "2", "GetFirstChild", 1,
-         search + "GetFirstChild() errcode=6" + list + "6");
-    test(36, WRITING + " m_XmlTagIDs.end()", "CreateElement", 1, WRITING + " <printer>");
-    const unsigned int tags[] = {37, 38, 39, 40, 41,  42,  43,  44,
-                                 45, 46, 47, 48, 190, 191, 199, 200};
-    const char* const names[] = {
-        "<lang name>",          "<model_name>",        "<serial_number>",
-        "<mac_address>",        "<port type>",         "<support_oxal_service>",
-        "<friendly_name>",      "<auth_info>",         "<additional_info>",
-        "<cycle_time>",         "<cycle_acquisition>", "<regist_printer>",
-        "<lang ATTR>",          "<port type ATTR>",    "<port location_id ATTR>",
-        "<port nic_index ATTR>"};
-    for (int i = 0; i < 16; ++i) {
-        const char* entry = i < 12 ? "CreateElementWithValue" : "SetAttribute";
-        test(tags[i], WRITING + " find " + names[i], entry, i % 12 + 1,
-             WRITING + " " + entry + " " + names[i]);
-    }
-    CountingParser::Fail("CreateDocByFile", 1, 6);
-    EXPECT_EQ(WRITING + "OpenXml() PATH=/xmls/PrinterListBase.xml\n", Printed([&] { Write({}); }));
+    ExpectFaults(R"(step CreatePrinterListFile
+CreateDocByFile 1 OpenXml() PATH=/xmls/PrinterListBase.xml
+tag 35 SearchParentElement(bntinfo) errCode=2
+GetFirstChild 1 SearchParentElement(bntinfo) errCode=4711
+tag 36  m_XmlTagIDs.end()
+CreateElement 1  <printer>
+tag 37  find <lang name>
+CreateElementWithValue 1  CreateElementWithValue <lang name>
+tag 190  find <lang ATTR>
+SetAttribute 1  SetAttribute <lang ATTR>
+values 2 38 model_name 39 serial_number 40 mac_address
+tag 41  find <port type>
+CreateElementWithValue 5  CreateElementWithValue <port type>
+tag 191  find <port type ATTR>
+SetAttribute 2  SetAttribute <port type ATTR>
+tag 199  find <port location_id ATTR>
+SetAttribute 3  SetAttribute <port location_id ATTR>
+tag 200  find <port nic_index ATTR>
+SetAttribute 4  SetAttribute <port nic_index ATTR>
+values 6 42 support_oxal_service 43 friendly_name 44 auth_info 45 additional_info 46 cycle_time
+values 11 47 cycle_acquisition 48 regist_printer)",
+                 [&] { EXPECT_EQ(NOT_WRITTEN, Write({Bonjour()})); });
     m_xml.m_XmlTagIDs.erase(37);
     EXPECT_EQ(WRITING + " find <lang name>\n", Printed([&] { Write({CCommonPrinterInfo()}); }));
     EXPECT_EQ(Texts{}, Logged());
@@ -144,15 +130,15 @@ TEST_F(PrinterList, ATrackingNameOrHostNameThatCannotBeWrittenIsLeftOut) {
          {log + "find <host_name ATTR>"}},
     };
     EXPECT_EQ(1U, Write({Bonjour()}));
-    const std::string whole = ReadFile(m_path);
+    const std::string whole = ReadFile(m_file);
     for (const auto& row : rows) {
         CountingParser::Fail("SetAttribute", row.call, 6);
         EXPECT_EQ(1U, Write({Bonjour()}));
-        EXPECT_EQ(Without(row.attribute, whole), ReadFile(m_path));
+        EXPECT_EQ(Replaced(whole, row.attribute, ""), ReadFile(m_file));
         EXPECT_EQ(row.failed, Logged());
         auto taken = m_xml.m_XmlTagIDs.extract(row.tag);
         EXPECT_EQ(1U, Write({Bonjour()}));
-        EXPECT_EQ(Without(row.attribute, whole), ReadFile(m_path));
+        EXPECT_EQ(Replaced(whole, row.attribute, ""), ReadFile(m_file));
         EXPECT_EQ(row.unknown, Logged());
         m_xml.m_XmlTagIDs.insert(std::move(taken));
     }
@@ -169,7 +155,7 @@ TEST_F(PrinterList, AListIsReadWholeOrNotAtAll) {
 }
 
 TEST_F(PrinterList, ADocumentThatCannotBeSavedStaysOpenUntilTheNext) {
-    EXPECT_EQ(NOT_WRITTEN, m_xml.CreatePrinterListFile(m_path + "/x", {}));
+    EXPECT_EQ(NOT_WRITTEN, m_xml.CreatePrinterListFile(m_file + "/x", {}));
     EXPECT_EQ(1, CountingParser::LiveDocuments());
     Write({});
     EXPECT_EQ(0, CountingParser::LiveDocuments());
@@ -225,14 +211,14 @@ TEST_F(PrinterList, WhatIsRead) {
          18, "true N"},
     };
     for (const auto& row : rows) {
-        WriteFile(m_path, "<mngprinter>" + row.text + "</mngprinter>");
+        WriteFile(m_file, "<mngprinter>" + row.text + "</mngprinter>");
         EXPECT_EQ(row.outcome, Read(row.field)) << row.text.substr(0, 200);
     }
     // Elements that a caller made up may lack anything.
     CCommonPrinterInfo kept = FilledPrinter("f");
     m_xml.SetPrinterData({"name", {}, 37, {"", "lang"}, {190, 190}, {"x", "de"}, nullptr}, kept);
     EXPECT_EQ("|f2", PrinterFields(kept)[0] + "|" + PrinterFields(kept)[1]);
-    EXPECT_FALSE(m_xml.GetPrinterList(m_path, nullptr));
+    EXPECT_FALSE(m_xml.GetPrinterList(m_file, nullptr));
 }
 
 }  // namespace
