@@ -2,7 +2,6 @@
 #include <list>
 #include <optional>
 
-#include "CostCountCommon/xmlpxd/XmlNode.h"
 #include "tests/CostCountCommon/BoundXml.h"
 #include "tests/CostCountCommon/SettingsFixture.h"
 
@@ -39,11 +38,11 @@ protected:
         void* found = nullptr;
         m_xml.m_FunctionsXmlPxd->SelectNodesInElement(Root(), xpath, &found, 1, &work, &err);
         EXPECT_NE(nullptr, found) << xpath;
-        return {*m_xml.m_FunctionsXmlPxd, found};
+        return m_xml.Own(found);
     }
     // Gives the handle back.
     std::string NameAndText(void* node) {
-        const XmlNode given(*m_xml.m_FunctionsXmlPxd, node);
+        const XmlNode given = m_xml.Own(node);
         CCommonXmlPxdElementData record;
         unsigned int err = 0;
         EXPECT_TRUE(m_xml.GetElementData(node, &record, &err));

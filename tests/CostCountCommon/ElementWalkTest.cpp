@@ -1,17 +1,11 @@
 #include <set>
 
-#include "CostCountCommon/xmlpxd/XmlNode.h"
 #include "tests/CostCountCommon/BoundXml.h"
 
 namespace {
 
 constexpr unsigned int NONE_LEFT = 1;
 constexpr unsigned int UNKNOWN = 2;
-
-// Makes a node the one that an operation gives.
-void Replace(XmlNode& node, const BoundXml& xml, void* next) {
-    node = XmlNode(*xml.m_FunctionsXmlPxd, next);
-}
 
 class Walk : public testing::Test {
 protected:
@@ -37,10 +31,9 @@ TEST_F(Walk, StepsIntoContainersAndAcrossAllElse) {
         98, 101, 102, 104, 106, 108, 111, 112, 120, 126, 142, 145, 150, 151, 157, 168};
     const OpenedText text(m_xml, "<a><b><child/></b><sibling/></a>");
     unsigned int err = 0;
-    const XmlNode start(*m_xml.m_FunctionsXmlPxd,
-                        m_xml.m_FunctionsXmlPxd->GetFirstChild(text.Root(), &err));
+    const XmlNode start = m_xml.Own(m_xml.m_FunctionsXmlPxd->GetFirstChild(text.Root(), &err));
     for (unsigned int id = 1; id <= 202; ++id) {
-        const XmlNode next(*m_xml.m_FunctionsXmlPxd, m_xml.GetNextNode(start.Get(), id, &err));
+        const XmlNode next = m_xml.Own(m_xml.GetNextNode(start.Get(), id, &err));
         EXPECT_EQ(containers.count(id) != 0 ? "child" : "sibling", NameOf(next.Get())) << id;
     }
     for (const unsigned int id : {0U, 203U}) {
@@ -79,10 +72,10 @@ TEST_F(Walk, EndsWithTheReason) {
         const OpenedText text(m_xml, row.text);
         unsigned int err = 0;
         std::string steps;
-        XmlNode node(*m_xml.m_FunctionsXmlPxd, m_xml.GetNextNode(text.Root(), NODE_SELF, &err));
+        XmlNode node = m_xml.Own(m_xml.GetNextNode(text.Root(), NODE_SELF, &err));
         while (node) {
             steps.append(NameOf(node.Get())).append(" ");
-            Replace(node, m_xml, m_xml.GetNextNode(node.Get(), NODE_SELF, &err));
+            node = m_xml.Own(m_xml.GetNextNode(node.Get(), NODE_SELF, &err));
         }
         EXPECT_EQ(row.steps, steps) << row.text;
         EXPECT_EQ(row.end, err) << row.text;
@@ -103,10 +96,10 @@ TEST_F(Walk, EndsWithTheReason) {
 TEST_F(Walk, SiblingsAreFoundByName) {
     const OpenedText text(m_xml, "<InkList><Ink/><Media/><Ink><InkID/></Ink></InkList>");
     unsigned int err = 0;
-    const XmlNode first(*m_xml.m_FunctionsXmlPxd, m_xml.SearchElement(text.Root(), 51, &err));
-    const XmlNode last(*m_xml.m_FunctionsXmlPxd, m_xml.GetNextNode(first.Get(), "Ink"));
+    const XmlNode first = m_xml.Own(m_xml.SearchElement(text.Root(), 51, &err));
+    const XmlNode last = m_xml.Own(m_xml.GetNextNode(first.Get(), "Ink"));
     EXPECT_EQ(2U, m_xml.GetElementNumber(text.Root(), "Ink", &err));
-    const XmlNode id(*m_xml.m_FunctionsXmlPxd, m_xml.SearchParentElement(last.Get(), 52, &err));
+    const XmlNode id = m_xml.Own(m_xml.SearchParentElement(last.Get(), 52, &err));
     EXPECT_EQ("InkID", NameOf(id.Get()));
     EXPECT_EQ(nullptr, m_xml.GetNextNode(last.Get(), "Ink"));
 }

@@ -1,4 +1,3 @@
-#include "CostCountCommon/xmlpxd/XmlNode.h"
 #include "tests/CostCountCommon/DataFileFixture.h"
 
 namespace {
@@ -122,7 +121,7 @@ TEST_F(PrinterCaps, AreReadOneAfterTheOther) {
     EXPECT_EQ("MediaTypeID", read(text.Root(), true, 56));
     EXPECT_EQ("", read(text.Root(), true, 52));
     EXPECT_EQ(2U, err);
-    const XmlNode tank(*m_xml.m_FunctionsXmlPxd, m_xml.SearchElement(text.Root(), 54, &err));
+    const XmlNode tank = m_xml.Own(m_xml.SearchElement(text.Root(), 54, &err));
     EXPECT_EQ("", read(tank.Get(), false, 51));
     EXPECT_EQ(0U, err) << "none follows, which is no error";
 }

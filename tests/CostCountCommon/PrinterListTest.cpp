@@ -205,7 +205,7 @@ TEST_F(PrinterList, WhatIsRead) {
         {printer("<port tracking_name=''/>"), TOLD, "true true"},
         {printer("<cycle_time> +7x</cycle_time>"), TICK, "true 7"},
         {printer("<name/><name lang='de'>N</name>"), 3, "true de"},
-        {printer("<name x='' lang='de'/>"), 1, "true "},
+        {printer("<name x='q' lang='de'/>"), 1, "true "},
         {printer("<name/><name/><name/><name/><name/><name/><name/><name/><name/><name>N</name>"
                  "<name>eleventh</name>"),
          18, "true N"},
