@@ -68,9 +68,14 @@ TEST(BntExchange, WhateverAPeerSendsTheNextMessageIsFound) {
         close(pipe);
     }
     const int pipe = open(name.c_str(), O_RDWR);
-    for (const char& byte : tricky) {
-        EXPECT_EQ(1, write(pipe, &byte, 1));
-        EXPECT_EQ(&byte == &tricky.back() ? tricky : TIMED_OUT, Next(reader, pipe, 0));
+    for (size_t size = 1; size < tricky.size(); ++size) {
+        const std::string first = whole + tricky.substr(0, size);
+        const std::string rest = tricky.substr(size);
+        EXPECT_EQ(static_cast<ssize_t>(first.size()), write(pipe, first.data(), first.size()));
+        EXPECT_EQ(whole, Next(reader, pipe, 0));
+        EXPECT_EQ(TIMED_OUT, Next(reader, pipe, 0));
+        EXPECT_EQ(static_cast<ssize_t>(rest.size()), write(pipe, rest.data(), rest.size()));
+        EXPECT_EQ(tricky, Next(reader, pipe, 0)) << size;
     }
     close(pipe);
     EXPECT_EQ(FAILURE, Next(reader, pipe));

@@ -248,6 +248,9 @@ TEST_F(ElementAccess, ACallersDocumentIsOpenedOrLeftAlone) {
         EXPECT_EQ(nullptr, m_xml.OpenXml(*bad == '\0' ? "" : m_folder.Path(bad), &document));
         EXPECT_EQ(&untouched, document);
     }
+    CountingParser::Fail("GetDocumentElement", 1, REFUSED);
+    EXPECT_EQ(nullptr, m_xml.OpenXml(m_folder.Path("good.xml"), &document));
+    EXPECT_EQ(&untouched, document);
     void** const none = nullptr;
     EXPECT_EQ(nullptr, m_xml.OpenXml(m_folder.Path("good.xml"), none));
     EXPECT_EQ("cmsystem=", NameAndText(m_xml.OpenXml(m_folder.Path("good.xml"), &document)));
