@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "CostCountCommon/CommonXMLPxd.h"
+#include "CostCountCommon/xmlpxd/XmlNode.h"
 #include "tests/support/CountingParser.h"
 
 class BoundXml : public CCommonXmlPxd {
@@ -20,6 +21,9 @@ public:
         EXPECT_TRUE(InitializeXmlPxd("settings", "/", parser, false));
         CountingParser::Reset();
     }
+
+    // Owns a node that an operation gave.
+    XmlNode Own(void* node) const { return {*m_FunctionsXmlPxd, node}; }
 };
 
 // A document and its root element for the time of a scope.

@@ -3,7 +3,6 @@
 #include "CostCountCommon/CommonUtility.h"
 #include "CostCountCommon/NamedLock.h"
 #include "tests/CostCountCommon/SettingsFixture.h"
-#include "tests/support/FailingAllocation.h"
 #include "tests/support/Processes.h"
 
 namespace {
@@ -11,11 +10,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr unsigned int NOT_CREATED = 0xFFFFFFFF;
-
-class XmlWithoutSave : public CCommonXmlPxd {
-public:
-    void TakeSaveAway() { m_FunctionsXmlPxd->Save = nullptr; }
-};
 
 class DbSettings : public SettingsFixture {
 protected:
@@ -43,7 +37,7 @@ protected:
         return isRead ? path + "|" + volume : "none";
     }
 
-    XmlWithoutSave m_xml;
+    CCommonXmlPxd m_xml;
 };
 
 TEST_F(DbSettings, SurviveTheTripThroughTheFile) {
@@ -87,36 +81,20 @@ TEST_F(DbSettings, AreNotWrittenUnlessAllIsWell) {
 
     EXPECT_EQ(NOT_CREATED, CCommonUtility::CreateDBSettingFile(DataFolder(), "", "0"));
     EXPECT_EQ(Texts{"CommonUtility: failed to create joblogDB settings."}, Logged());
-    EXPECT_EQ(NOT_CREATED, CCommonXmlPxd().CreateDBSettingFile(DataFolder(), "/p", "0"));
-}
-
-TEST_F(DbSettings, AFailedCallLeavesTheFileAsItWas) {
-    const auto create = [&] { return m_xml.CreateDBSettingFile(DataFolder(), "/p", "0") == 0; };
-    EXPECT_TRUE(FailEachCall(create, [&] { EXPECT_EQ(Texts{}, Files()); }));
-    WriteFile(File(), "as it was");
-    EXPECT_TRUE(FailEachCall(create, [&] { EXPECT_EQ("as it was", ReadFile(File())); }));
-    EXPECT_TRUE(FailEachCall([&] { return Read() != "none"; }, [] {}));
-    EXPECT_EQ("/p|0", Read());
-
-    m_xml.TakeSaveAway();
-    EXPECT_EQ(NOT_CREATED, m_xml.CreateDBSettingFile(DataFolder(), "/q", "0"));
-    EXPECT_EQ("/p|0", Read());
 }
 
 TEST_F(DbSettings, AreReadWholeOrNotAtAll) {
     std::string text;
-    EXPECT_EQ("CCommonXmlPxd::GetDBSetting() ERROR: PARAMETER\n",
-              Printed([&] { EXPECT_FALSE(m_xml.GetDBSetting(DataFolder(), nullptr, &text)); }));
-    EXPECT_EQ("CCommonXmlPxd::GetDBSetting() ERROR: PARAMETER\n",
-              Printed([&] { EXPECT_FALSE(m_xml.GetDBSetting(DataFolder(), &text, nullptr)); }));
+    const std::string parameter = "CCommonXmlPxd::GetDBSetting() ERROR: PARAMETER\n";
+    EXPECT_EQ(parameter + parameter, Printed([&] {
+                  EXPECT_FALSE(m_xml.GetDBSetting(DataFolder(), nullptr, &text));
+                  EXPECT_FALSE(m_xml.GetDBSetting(DataFolder(), &text, nullptr));
+              }));
     EXPECT_EQ("CCommonXmlPxd::GetDBSetting() ERROR: OpenXml() PATH=/db_settings\n",
               Printed([&] { EXPECT_EQ("none", Read()); }));
     WriteFile(File(), "<joblogdbsetting><joblogdb_path>/p</joblogdb_path></joblogdbsetting>");
     EXPECT_EQ("CCommonXmlPxd::GetDBSetting() ERROR: SearchElement(ElementID=110)\n",
               Printed([&] { EXPECT_EQ("none", Read()); }));
-    EXPECT_EQ("", Printed([&] {
-                  EXPECT_FALSE(CCommonXmlPxd().GetDBSetting(DataFolder(), nullptr, nullptr));
-              }));
     EXPECT_FALSE(CCommonUtility::GetDBSetting(DataFolder(), nullptr, &text));
     EXPECT_FALSE(CCommonUtility::GetDBSetting(DataFolder(), &text, nullptr));
     EXPECT_FALSE(CCommonUtility::GetDBSetting(DataFolder(), &text, &text));
@@ -126,65 +104,47 @@ TEST_F(DbSettings, AreReadWholeOrNotAtAll) {
 }
 
 TEST_F(DbSettings, OneValueAndItsCopyIntoAMessage) {
-    // There is one copy of the system settings only, so that nothing makes good what fails in it.
-    WriteFile(DataFolder() + "/Own.cfg",
-              "<cmsystem><JobLogDBSettingPath>/db_settings</JobLogDBSettingPath></cmsystem>");
-    CCommonXmlPxd xml;
-    Bind(xml, "Own.cfg");
     std::string value = "earlier";
     const auto print = [&](unsigned int id) {
-        return Printed([&] { EXPECT_FALSE(xml.GetElementValueDBSettingFile(id, &value)); });
+        return Printed([&] { EXPECT_FALSE(m_xml.GetElementValueDBSettingFile(id, &value)); });
     };
     EXPECT_EQ("OpenXml() failed. dbSttingFile[" + File() + "]\n", print(109));
-    xml.CreateDBSettingFile(DataFolder(), "/p", "3");
+    m_xml.CreateDBSettingFile(DataFolder(), "/p", "3");
     EXPECT_EQ(
         "CCommonXmlPxd::SearchParentElement() ERROR: GetNextSibling() errcode=1\n"
         "SearchParentElement() failed.\n",
         print(108));
-    EXPECT_FALSE(xml.GetElementValueDBSettingFile(109, nullptr));
+    CountingParser::Fail("GetElementText", 3, 6);  // the first two read where the file lies
+    EXPECT_EQ("GetElementData() failed.\n", print(110));
+    EXPECT_FALSE(m_xml.GetElementValueDBSettingFile(109, nullptr));
     EXPECT_EQ("earlier", value);
-    EXPECT_NE(std::string::npos,
-              Printed([&] {
-                  FailEachCall([&] { return xml.GetElementValueDBSettingFile(110, &value); },
-                               [&] { EXPECT_EQ("earlier", value); });
-              }).find("\nGetElementData() failed.\n"));
+    EXPECT_TRUE(m_xml.GetElementValueDBSettingFile(110, &value));
     EXPECT_EQ("3", value);
 
-    void* root = xml.OpenXml("/xmls/DBSettingBase.xml", true);
+    void* root = m_xml.OpenXml("/xmls/DBSettingBase.xml", true);
     unsigned int err = 0;
-    const auto copy = [&](unsigned int target, unsigned int setting) {
-        return xml.SetElementByDBSettingValue(root, target, setting);
-    };
-    for (const unsigned int id : {0U, 18U, 108U, 111U}) {
-        EXPECT_FALSE(copy(109, id)) << id;
-    }
+    EXPECT_FALSE(m_xml.SetElementByDBSettingValue(root, 109, 108));
+    EXPECT_FALSE(m_xml.SetElementByDBSettingValue(root, 109, 111));
     EXPECT_EQ(Texts{}, Logged());
-    EXPECT_TRUE(FailEachCall([&] { return copy(109, 110); },
-                             [&] {
-                                 xml.GetElementValueWithSearch(root, 109, true, &value, &err);
-                                 EXPECT_EQ("", value);
-                             }));
-    EXPECT_EQ("CommonXmlPxd: GetElementValueDBSettingFile() failed.", Logged().front());
-    EXPECT_TRUE(copy(110, 109));
-    EXPECT_TRUE(xml.GetElementValueWithSearch(root, 109, true, &value, &err));
+    EXPECT_TRUE(m_xml.SetElementByDBSettingValue(root, 109, 110));
+    EXPECT_TRUE(m_xml.SetElementByDBSettingValue(root, 110, 109));
+    EXPECT_TRUE(m_xml.GetElementValueWithSearch(root, 109, true, &value, &err));
     EXPECT_EQ("3", value);
-    EXPECT_TRUE(xml.GetElementValueWithSearch(root, 110, true, &value, &err));
+    EXPECT_TRUE(m_xml.GetElementValueWithSearch(root, 110, true, &value, &err));
     EXPECT_EQ("/p", value);
-    xml.DeleteNode(root);
-    xml.CloseXml();
+    fs::remove(File());
+    EXPECT_FALSE(m_xml.SetElementByDBSettingValue(root, 109, 110));
+    EXPECT_EQ(Texts{"CommonXmlPxd: GetElementValueDBSettingFile() failed."}, Logged());
+    m_xml.DeleteNode(root);
+    m_xml.CloseXml();
 }
 
-TEST_F(DbSettings, ANewFileGetsTheDefaultPath) {
-    EXPECT_TRUE(FailEachCall([] { return CCommonUtility::CheckDBSettingFile(""); },
-                             [&] { EXPECT_EQ(Texts{}, Files()); }));
+TEST_F(DbSettings, ANewFileGetsTheDefaultPathAndWhatIsThereStays) {
+    EXPECT_TRUE(CCommonUtility::CheckDBSettingFile(""));
     EXPECT_EQ(DataFolder() + "/joblog|0", Read());
-    // What is there stays, whatever it is.
     WriteFile(File(), "as it was");
     EXPECT_TRUE(CCommonUtility::CheckDBSettingFile(DataFolder()));
     EXPECT_EQ("as it was", ReadFile(File()));
-}
-
-TEST_F(DbSettings, AnExistingPathIsKept) {
     m_xml.CreateDBSettingFile(DataFolder(), "/p", "3");
     EXPECT_TRUE(CCommonUtility::initializeDBPath(DataFolder()));
     EXPECT_EQ("/p|3", Read());
@@ -200,11 +160,6 @@ TEST_F(DbSettings, AFileThatCannotBeFilledGoesAgain) {
         const ScopedVariable notText("XDG_DATA_HOME", "/\xFF");
         EXPECT_FALSE(CCommonUtility::CheckDBSettingFile(DataFolder()));
         EXPECT_EQ("CommonUtility: failed to get joblogDB base path.", Logged().back());
-    }
-    {
-        const std::string folder = DataFolder();
-        const FailingAllocation failing(sizeof(CCommonXmlPxd));
-        EXPECT_FALSE(CCommonUtility::CheckDBSettingFile(folder));
     }
     fs::remove(Parser());
     EXPECT_FALSE(CCommonUtility::CheckDBSettingFile(DataFolder()));

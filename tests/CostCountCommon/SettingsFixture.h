@@ -45,28 +45,6 @@ protected:
         ASSERT_TRUE(xml.InitializeXmlPxd(systemSetting, "/", Parser(), false));
     }
 
-    // Runs an operation that fails when any call of the plug-in does: once for each call, and, as
-    // all calls succeed, once more, which is what it returns. `check` looks at what a failed one
-    // left.
-    template <typename Operation, typename Check>
-    static bool FailEachCall(Operation operation, Check check) {
-        for (int n = 1;; ++n) {
-            const int nodes = CountingParser::LiveNodes();
-            const int documents = CountingParser::LiveDocuments();
-            CountingParser::Fail("", n, XMLPXD_OUT_OF_MEMORY);
-            const bool isDone = operation();
-            EXPECT_EQ(nodes, CountingParser::LiveNodes()) << "call " << n;
-            EXPECT_EQ(documents, CountingParser::LiveDocuments()) << "call " << n;
-            if (!CountingParser::HasFailed()) {
-                CountingParser::Reset();  // the plan of a failure that never came
-                EXPECT_GT(n, 1);
-                return isDone;
-            }
-            EXPECT_FALSE(isDone) << "call " << n;
-            check();
-        }
-    }
-
     // The records that were logged, as SOURCE: MESSAGE, with the code when there is one.
     static std::vector<std::string> Logged() {
         std::vector<std::string> texts;

@@ -164,10 +164,6 @@ void DeleteNode(PNODE node) {
     }
 }
 
-PNODE GetDocumentElement(PDOC document, unsigned int* err) {
-    return GivenNode(Call("GetDocumentElement", PNODE{}, err, Real().GetDocumentElement, document));
-}
-
 PNODE CreateElement(PNODE parent, const char* name, unsigned int* err) {
     return GivenNode(Call("CreateElement", PNODE{}, err, Real().CreateElement, parent, name));
 }
@@ -182,76 +178,55 @@ unsigned int RemoveElement(PNODE element) {
     return CallForError("RemoveElement", Real().RemoveElement, element);
 }
 
-PNODE GetFirstChild(PNODE element, unsigned int* err) {
-    return GivenNode(Call("GetFirstChild", PNODE{}, err, Real().GetFirstChild, element));
-}
-
-PNODE GetNextSibling(PNODE element, unsigned int* err) {
-    return GivenNode(Call("GetNextSibling", PNODE{}, err, Real().GetNextSibling, element));
-}
-
-PNODE GetParentNode(PNODE element, unsigned int* err) {
-    return GivenNode(Call("GetParentNode", PNODE{}, err, Real().GetParentNode, element));
-}
-
-unsigned long GetElementName(PNODE element, char* buffer, unsigned long size, unsigned int* err) {
-    return Call("GetElementName", XMLPXD_NO_LENGTH, err, Real().GetElementName, element, buffer,
-                size);
-}
-
-unsigned long GetElementText(PNODE element, char* buffer, unsigned long size, unsigned int* err) {
-    return Call("GetElementText", XMLPXD_NO_LENGTH, err, Real().GetElementText, element, buffer,
-                size);
-}
-
 unsigned int SetElementValue(PNODE element, const char* value, unsigned int valueKind) {
     return CallForError("SetElementValue", Real().SetElementValue, element, value, valueKind);
-}
-
-unsigned long GetAttributeName(PNODE attribute, char* buffer, unsigned long size,
-                               unsigned int* err) {
-    return Call("GetAttributeName", XMLPXD_NO_LENGTH, err, Real().GetAttributeName, attribute,
-                buffer, size);
-}
-
-unsigned long GetAttributeValue(PNODE attribute, char* buffer, unsigned long size,
-                                unsigned int* err) {
-    return Call("GetAttributeValue", XMLPXD_NO_LENGTH, err, Real().GetAttributeValue, attribute,
-                buffer, size);
 }
 
 unsigned int SetAttribute(PNODE element, const char* name, const char* value) {
     return CallForError("SetAttribute", Real().SetAttribute, element, name, value);
 }
 
-unsigned int GetElementsByElementName(PNODE element, const char* name, PNODE* nodes,
-                                      unsigned int capacity, unsigned int* work,
-                                      unsigned int* err) {
-    return GivenNodes(Call("GetElementsByElementName", 0U, err, Real().GetElementsByElementName,
-                           element, name, nodes, capacity, work),
-                      nodes, capacity);
-}
+// Entries that differ in their names only.
+#define FORWARD_STEP(name)                                              \
+    PNODE name(void* from, unsigned int* err) {                         \
+        return GivenNode(Call(#name, PNODE{}, err, Real().name, from)); \
+    }
+FORWARD_STEP(GetDocumentElement)
+FORWARD_STEP(GetFirstChild)
+FORWARD_STEP(GetNextSibling)
+FORWARD_STEP(GetParentNode)
+#undef FORWARD_STEP
 
-unsigned int GetAllChildElements(PNODE element, PNODE* nodes, unsigned int capacity,
-                                 unsigned int* work, unsigned int* err) {
-    return GivenNodes(Call("GetAllChildElements", 0U, err, Real().GetAllChildElements, element,
-                           nodes, capacity, work),
-                      nodes, capacity);
-}
+#define FORWARD_TEXT(name)                                                                \
+    unsigned long name(PNODE node, char* buffer, unsigned long size, unsigned int* err) { \
+        return Call(#name, XMLPXD_NO_LENGTH, err, Real().name, node, buffer, size);       \
+    }
+FORWARD_TEXT(GetElementName)
+FORWARD_TEXT(GetElementText)
+FORWARD_TEXT(GetAttributeName)
+FORWARD_TEXT(GetAttributeValue)
+#undef FORWARD_TEXT
 
-unsigned int GetAttributes(PNODE element, PNODE* attributes, unsigned int capacity,
-                           unsigned int* work, unsigned int* err) {
-    return GivenNodes(
-        Call("GetAttributes", 0U, err, Real().GetAttributes, element, attributes, capacity, work),
-        attributes, capacity);
-}
+#define FORWARD_LIST(name)                                                                    \
+    unsigned int name(PNODE element, PNODE* nodes, unsigned int capacity, unsigned int* work, \
+                      unsigned int* err) {                                                    \
+        return GivenNodes(Call(#name, 0U, err, Real().name, element, nodes, capacity, work),  \
+                          nodes, capacity);                                                   \
+    }
+FORWARD_LIST(GetAllChildElements)
+FORWARD_LIST(GetAttributes)
+#undef FORWARD_LIST
 
-unsigned int SelectNodesInElement(PNODE element, const char* xpath, PNODE* nodes,
-                                  unsigned int capacity, unsigned int* work, unsigned int* err) {
-    return GivenNodes(Call("SelectNodesInElement", 0U, err, Real().SelectNodesInElement, element,
-                           xpath, nodes, capacity, work),
-                      nodes, capacity);
-}
+#define FORWARD_SEARCH(name)                                                                  \
+    unsigned int name(PNODE element, const char* wanted, PNODE* nodes, unsigned int capacity, \
+                      unsigned int* work, unsigned int* err) {                                \
+        return GivenNodes(                                                                    \
+            Call(#name, 0U, err, Real().name, element, wanted, nodes, capacity, work), nodes, \
+            capacity);                                                                        \
+    }
+FORWARD_SEARCH(GetElementsByElementName)
+FORWARD_SEARCH(SelectNodesInElement)
+#undef FORWARD_SEARCH
 
 // --- What CountingParser.h calls ---
 
