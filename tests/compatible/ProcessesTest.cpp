@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <climits>
@@ -14,14 +13,11 @@ namespace {
 TEST(Processes, ExistUntilTheyWereWaitedFor) {
     EXPECT_EQ(getpid(), GetCurrentProcessId());
     EXPECT_TRUE(ProcessExists(GetCurrentProcessId()));
-    const pid_t child = fork();
-    if (child == 0) {
-        _exit(0);
-    }
-    EXPECT_TRUE(ProcessExists(child));
-    ASSERT_EQ(child, waitpid(child, nullptr, 0));
-    EXPECT_FALSE(ProcessExists(child));
-    for (const int noProcess : {-child, INT_MAX}) {
+    ChildProcess child([] { return 0; });
+    const pid_t id = child.Id();
+    EXPECT_TRUE(ProcessExists(id));
+    ASSERT_EQ(0, child.Wait());
+    for (const int noProcess : {id, -id, INT_MAX}) {
         EXPECT_FALSE(ProcessExists(noProcess)) << noProcess;
     }
 }
