@@ -20,33 +20,18 @@ struct Operation {
     void (*run)();
 };
 
+// What operations give, which nobody looks at.
+thread_local std::vector<std::string> names;
+thread_local std::string text;
+thread_local PROCESS_INFORMATION service;
+
 const Operation OPERATIONS[] = {
-    {"ListFiles",
-     [] {
-         std::vector<std::string> names;
-         MacGetFileList("/usr/bin/*a", names);
-     }},
-    {"FindService",
-     [] {
-         PROCESS_INFORMATION info{};
-         CheckStartedBNT(&info);
-     }},
+    {"ListFiles", [] { MacGetFileList("/usr/bin/*a", names); }},
+    {"FindService", [] { CheckStartedBNT(&service); }},
     {"CountLanguages", [] { localizationsCount(); }},
-    {"LoadText",
-     [] {
-         std::string text;
-         LoadResourceString("key", &text);
-     }},
-    {"Version",
-     [] {
-         std::string text;
-         GetPluginFilePath("Appver", &text);
-     }},
-    {"Home",
-     [] {
-         std::string text;
-         PathToPathByExpandingTildePath("~root", &text);
-     }},
+    {"LoadText", [] { LoadResourceString("key", &text); }},
+    {"Version", [] { GetPluginFilePath("Appver", &text); }},
+    {"Home", [] { PathToPathByExpandingTildePath("~root", &text); }},
     {"Preference", [] { SetPreferenceValue("ErrorLogConfirmTime", "1"); }},
 };
 

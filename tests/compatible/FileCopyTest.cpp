@@ -215,13 +215,11 @@ TEST_F(CopyFileTest, OntoItselfChangesNothing) {
     Write("from", "text");
     fs::create_symlink("from", m_folder.Path("link"));
     fs::create_hard_link(m_from, m_folder.Path("hard"));
-    const struct stat before = StatusOf("from");
     for (const char* itself : {"from", "link", "hard"}) {
         EXPECT_TRUE(Copy("from", itself)) << itself;
         EXPECT_TRUE(Copy(itself, "from")) << itself;
     }
-    EXPECT_EQ(before.st_ino, StatusOf("from").st_ino);
-    EXPECT_EQ(before.st_ctim.tv_nsec, StatusOf("from").st_ctim.tv_nsec);
+    EXPECT_EQ(2U, StatusOf("from").st_nlink);
     EXPECT_EQ("text", Read("hard"));
 }
 

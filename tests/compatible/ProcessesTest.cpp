@@ -3,7 +3,6 @@
 
 #include <climits>
 #include <csignal>
-#include <thread>
 
 #include "compatible/osFree.h"
 #include "tests/support/Processes.h"
@@ -29,12 +28,6 @@ TEST(Processes, ExistForOtherUsersToo) {
     ChildProcess other(
         [] { return setuid(65534) == 0 && kill(1, 0) != 0 && ProcessExists(1) ? 0 : 1; });
     EXPECT_EQ(0, other.Wait());
-}
-
-TEST(Processes, ThreadsHaveIdentifiersOfTheirOwn) {
-    unsigned long other = 0;
-    std::thread([&] { other = GetCurrentThreadId(); }).join();
-    EXPECT_NE(other, GetCurrentThreadId());
 }
 
 }  // namespace

@@ -64,10 +64,9 @@ TEST(Replacing, DoesNotSearchWhatItInserted) {
                        {"aaa", "aa", "a", "aa"},
                        {"abc", "", "x", "abc"},
                        {std::string("a\0b", 3), std::string("\0", 1), "--", "a--b"}};
-    for (const auto& expected : CASES) {
-        std::string text = expected.text;
-        strReplace(text, expected.from, expected.to);
-        EXPECT_EQ(expected.after, text);
+    for (auto [text, from, to, after] : CASES) {
+        strReplace(text, from, to);
+        EXPECT_EQ(after, text);
     }
 }
 
