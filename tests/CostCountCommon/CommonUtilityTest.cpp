@@ -129,17 +129,12 @@ TEST_F(CommonUtility, TheSettingsStoreHasOneKey) {
 }
 
 TEST_F(CommonUtility, PathsByKind) {
-    const char* const values[] = {"systemsetting_path", "bnt_path",
-                                  "detch_path",         "sconp_path",
-                                  "velsJoblog_path",    "velsMedia_path",
-                                  "xmlParser_path",     "admutil_path",
-                                  "install_path",       "velsdevice_path",
-                                  "joblogdriver_path",  "applogger_path",
-                                  "PDiscovery_path",    "JobCostExporter_path",
-                                  "velsPrint_path",     "velsCounter_path",
-                                  "ipTracker_path"};
     unsigned int kind = 0;
-    for (const char* value : values) {
+    for (const char* value :
+         {"systemsetting_path", "bnt_path", "detch_path", "sconp_path", "velsJoblog_path",
+          "velsMedia_path", "xmlParser_path", "admutil_path", "install_path", "velsdevice_path",
+          "joblogdriver_path", "applogger_path", "PDiscovery_path", "JobCostExporter_path",
+          "velsPrint_path", "velsCounter_path", "ipTracker_path"}) {
         std::string expected;
         EXPECT_TRUE(GetPluginFilePath(value, &expected)) << value;
         EXPECT_EQ(expected,
@@ -148,21 +143,7 @@ TEST_F(CommonUtility, PathsByKind) {
     EXPECT_EQ("", CCommonUtility::GetLibPath(static_cast<CCommonUtility::PATH_KIND>(kind)));
 }
 
-TEST_F(CommonUtility, ForwardsToFunctionsOfTheSystem) {
-    void* event = nullptr;
-    void* thread = nullptr;
-    const auto send = [](void* sent) { return CCommonUtility::SendEvent(sent) ? 0U : 1U; };
-    EXPECT_FALSE(CCommonUtility::CreateEvent(nullptr));
-    EXPECT_FALSE(CCommonUtility::StartThread(send, nullptr, nullptr));
-    ASSERT_TRUE(CCommonUtility::CreateEvent(&event));
-    EXPECT_EQ(258, CCommonUtility::WaitSingleEvent(event, 0));
-    ASSERT_TRUE(CCommonUtility::StartThread(send, event, &thread));
-    EXPECT_EQ(0, CCommonUtility::WaitSingleEvent(thread, 0xFFFFFFFF));
-    CCommonUtility::ResetEvent(event);
-    EXPECT_EQ(0, CCommonUtility::WaitSingleEvent(event, 0));
-    CloseHandle(thread);
-    CloseHandle(event);
-
+TEST_F(CommonUtility, ForwardsFilesAndProcesses) {
     const std::string file = m_folder.Path("new/er/x.cfg");
     EXPECT_TRUE(CCommonUtility::CreateFolder(m_folder.Path("new")));
     for (int i = 0; i < 2; ++i) {  // the folder and the file are new, then exist
@@ -176,6 +157,18 @@ TEST_F(CommonUtility, ForwardsToFunctionsOfTheSystem) {
     EXPECT_EQ(Texts{"x.cfg"}, names);
     EXPECT_EQ(1, CCommonUtility::ExecuteProcess("/bin/false", ""));
     EXPECT_EQ(-1, CCommonUtility::StartProcessAsMidiumRid(file, ""));
+}
+
+TEST_F(CommonUtility, ForwardsEventsAndThreads) {
+    void* event = nullptr;
+    ASSERT_TRUE(CCommonUtility::CreateEvent(&event));
+    EXPECT_TRUE(CCommonUtility::SendEvent(event));
+    CCommonUtility::ResetEvent(event);
+    EXPECT_EQ(0, CCommonUtility::WaitSingleEvent(event, 0));
+    CloseHandle(event);
+    EXPECT_FALSE(CCommonUtility::CreateEvent(nullptr));
+    EXPECT_FALSE(CCommonUtility::StartThread(nullptr, nullptr, nullptr));
+    EXPECT_EQ(Texts(2, "CommonUtility: invalid parameter."), Logged());
 }
 
 // Of what a whole operation is not made of.

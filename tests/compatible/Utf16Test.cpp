@@ -57,58 +57,39 @@ TEST(Utf8, IsTakenStrictly) {
     }
 }
 
-TEST(Utf16, ConvertsIntoABufferOfBytes) {
-    const char16_t text[] = u"aß\u65E5\U0001F5A8";  // 1 + 2 + 3 + 4 bytes
-    const std::string kept(12, '?');
-    struct {
-        const char16_t* src;
-        size_t size;
+TEST(Utf16, ConvertsIntoBuffersWithRoomForTheEnd) {
+    const char16_t wide[] = u"aß\u65E5\U0001F5A8";  // 1 + 2 + 3 + 4 bytes
+    const char text[] = "aß\u65E5\U0001F5A8";
+    const char16_t broken[] = {0xD800, 0};
+    const struct {
+        const char16_t* wide;
+        const char* text;
+        size_t bytes;  // the room in a buffer
+        size_t units;
         int result;
-        std::string after;
-    } const CASES[] = {
-        {text, 11, 0, std::string("aß\u65E5\U0001F5A8\0?", 12)},
-        {text, 10, ERANGE, kept},
-        {nullptr, 0, ERANGE, kept},
-        {nullptr, 12, EINVAL, kept},
-        {u"\xD800", 1, EINVAL, kept},
-    };
-    for (const auto& expected : CASES) {
-        std::string dst = kept;
-        EXPECT_EQ(expected.result,
-                  ConvertUtf16CStringToUtf8CString(expected.src, dst.data(), expected.size))
-            << expected.size;
-        EXPECT_EQ(expected.after, dst) << expected.size;
+    } rows[] = {{wide, text, 11, 6, 0},
+                {wide, text, 10, 5, ERANGE},
+                {broken, "a\xED\xA0\x80", 1, 1, EINVAL},
+                {nullptr, nullptr, 5, 5, EINVAL},
+                {nullptr, nullptr, 0, 0, ERANGE}};
+    for (const auto& row : rows) {
+        std::string bytes(12, '?');
+        std::u16string units(7, u'?');
+        EXPECT_EQ(row.result, ConvertUtf16CStringToUtf8CString(row.wide, &bytes[0], row.bytes));
+        EXPECT_EQ(row.result, ConvertUtf8CStringToUtf16CString(row.text, &units[0], row.units));
+        EXPECT_EQ(row.result == 0 ? std::string(text, 11) + '?' : std::string(12, '?'), bytes);
+        // A failure empties a buffer of units, and leaves one of bytes as it was.
+        std::u16string expected(wide, row.result == 0 ? 6 : 0);
+        expected.resize(row.result != 0 && row.units > 0 ? 1 : expected.size());
+        expected.resize(units.size(), u'?');
+        EXPECT_EQ(expected, units);
     }
-    EXPECT_EQ(EINVAL, ConvertUtf16CStringToUtf8CString(text, nullptr, 0));
+    EXPECT_EQ(EINVAL, ConvertUtf16CStringToUtf8CString(wide, nullptr, 0));
+    EXPECT_EQ(EINVAL, ConvertUtf8CStringToUtf16CString(text, nullptr, 0));
     std::string out = "kept";
     EXPECT_EQ(EINVAL, ConvertUtf16CStringToString(nullptr, out));
     EXPECT_EQ("kept", out);
-}
-
-TEST(Utf16, ConvertsIntoABufferOfUnits) {
-    const std::u16string kept(5, u'?');
-    const std::u16string emptied = {0, u'?', u'?', u'?', u'?'};
-    struct {
-        const char* src;
-        size_t count;
-        int result;
-        std::u16string after;
-    } const CASES[] = {
-        {"ß\U0001F5A8", 4, 0, {0xDF, 0xD83D, 0xDDA8, 0, u'?'}},
-        {"ß\U0001F5A8", 3, ERANGE, emptied},
-        {nullptr, 0, ERANGE, kept},
-        {nullptr, 5, EINVAL, emptied},
-        {"a\xED\xA0\x80", 1, EINVAL, emptied},
-    };
-    for (const auto& expected : CASES) {
-        std::u16string dst = kept;
-        EXPECT_EQ(expected.result,
-                  ConvertUtf8CStringToUtf16CString(expected.src, dst.data(), expected.count))
-            << expected.count;
-        EXPECT_EQ(expected.after, dst) << expected.count;
-    }
-    EXPECT_EQ(EINVAL, ConvertUtf8CStringToUtf16CString("a", nullptr, 0));
-    EXPECT_EQ(3, CountLengthOfUtf16CString(u"a\U0001F5A8"));
+    EXPECT_EQ(5, CountLengthOfUtf16CString(wide));
     EXPECT_EQ(0, CountLengthOfUtf16CString(nullptr));
 }
 
