@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 
 #include "tests/support/PrinterRecords.h"
@@ -10,6 +11,7 @@ TEST(PrinterInfo, KeepsEachFieldApart) {
     CCommonPrinterInfo printer = FilledPrinter("f");
     const std::vector<std::string> fields = PrinterFields(printer);
     EXPECT_EQ(36U, std::set<std::string>(fields.begin(), fields.end()).size());
+    EXPECT_EQ(0, std::count(fields.begin(), fields.end(), ""));
     std::string name = "earlier";
     printer.SetPrinterName("x", 10);
     printer.SetLanguage("x", 10);

@@ -160,15 +160,15 @@ TEST_F(CommonUtility, ForwardsFilesAndProcesses) {
 }
 
 TEST_F(CommonUtility, ForwardsEventsAndThreads) {
+    EXPECT_FALSE(CCommonUtility::CreateEvent(nullptr));
+    EXPECT_FALSE(CCommonUtility::StartThread(nullptr, nullptr, nullptr));
+    EXPECT_EQ(Texts(2, "CommonUtility: invalid parameter."), Logged());
     void* event = nullptr;
     ASSERT_TRUE(CCommonUtility::CreateEvent(&event));
     EXPECT_TRUE(CCommonUtility::SendEvent(event));
     CCommonUtility::ResetEvent(event);
     EXPECT_EQ(0, CCommonUtility::WaitSingleEvent(event, 0));
     CloseHandle(event);
-    EXPECT_FALSE(CCommonUtility::CreateEvent(nullptr));
-    EXPECT_FALSE(CCommonUtility::StartThread(nullptr, nullptr, nullptr));
-    EXPECT_EQ(Texts(2, "CommonUtility: invalid parameter."), Logged());
 }
 
 // Of what a whole operation is not made of.
