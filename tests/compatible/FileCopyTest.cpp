@@ -2,7 +2,6 @@
 #include <grp.h>
 #include <gtest/gtest.h>
 #include <linux/posix_acl.h>
-#include <pthread.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
@@ -48,12 +47,10 @@ std::string List(char group) {
 }
 
 class CopyFileTest : public testing::Test {
-public:
+protected:
     bool Copy(const std::string& from, const std::string& to, bool exclusive = false) {
         return CopyFile(m_folder.Path(from).c_str(), m_folder.Path(to).c_str(), exclusive ? 1 : 0);
     }
-
-protected:
     int Entries() const {
         return static_cast<int>(std::distance(fs::directory_iterator(m_folder.Path()), {}));
     }
@@ -229,27 +226,6 @@ TEST_F(CopyFileTest, CopiesFromOtherFileSystems) {
     EXPECT_TRUE(CopyFile("/proc/version", m_to.c_str(), 0));
     EXPECT_EQ(ReadFile("/proc/version"), Read("to"));
     EXPECT_NE("", Read("to"));
-}
-
-// It takes effect at the first cancellation point, which comes when the temporary file exists.
-TEST_F(CopyFileTest, ThatIsCancelledLeavesNothing) {
-    Write("from", LongText());
-    const auto openFiles = [] {
-        return std::distance(fs::directory_iterator("/proc/self/fd"), {});
-    };
-    const auto before = openFiles();
-    const auto work = [](void* test) -> void* {
-        pthread_cancel(pthread_self());
-        static_cast<CopyFileTest*>(test)->Copy("from", "to");
-        return nullptr;
-    };
-    pthread_t thread{};
-    ASSERT_EQ(0, pthread_create(&thread, nullptr, work, static_cast<CopyFileTest*>(this)));
-    void* result = nullptr;
-    pthread_join(thread, &result);
-    EXPECT_EQ(PTHREAD_CANCELED, result);
-    EXPECT_EQ(1, Entries());
-    EXPECT_EQ(before, openFiles());
 }
 
 }  // namespace
