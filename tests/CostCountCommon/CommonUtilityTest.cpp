@@ -143,7 +143,7 @@ TEST_F(CommonUtility, PathsByKind) {
     EXPECT_EQ("", CCommonUtility::GetLibPath(static_cast<CCommonUtility::PATH_KIND>(kind)));
 }
 
-TEST_F(CommonUtility, ForwardsFilesAndProcesses) {
+TEST_F(CommonUtility, ForwardsToTheSystem) {
     const std::string file = m_folder.Path("new/er/x.cfg");
     EXPECT_TRUE(CCommonUtility::CreateFolder(m_folder.Path("new")));
     for (int i = 0; i < 2; ++i) {  // the folder and the file are new, then exist
@@ -157,18 +157,10 @@ TEST_F(CommonUtility, ForwardsFilesAndProcesses) {
     EXPECT_EQ(Texts{"x.cfg"}, names);
     EXPECT_EQ(1, CCommonUtility::ExecuteProcess("/bin/false", ""));
     EXPECT_EQ(-1, CCommonUtility::StartProcessAsMidiumRid(file, ""));
-}
-
-TEST_F(CommonUtility, ForwardsEventsAndThreads) {
+    Logged();
     EXPECT_FALSE(CCommonUtility::CreateEvent(nullptr));
     EXPECT_FALSE(CCommonUtility::StartThread(nullptr, nullptr, nullptr));
     EXPECT_EQ(Texts(2, "CommonUtility: invalid parameter."), Logged());
-    void* event = nullptr;
-    ASSERT_TRUE(CCommonUtility::CreateEvent(&event));
-    EXPECT_TRUE(CCommonUtility::SendEvent(event));
-    CCommonUtility::ResetEvent(event);
-    EXPECT_EQ(0, CCommonUtility::WaitSingleEvent(event, 0));
-    CloseHandle(event);
 }
 
 // Of what a whole operation is not made of.

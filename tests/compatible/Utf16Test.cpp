@@ -61,28 +61,31 @@ TEST(Utf16, ConvertsIntoBuffersWithRoomForTheEnd) {
     const char16_t wide[] = u"aß\u65E5\U0001F5A8";  // 1 + 2 + 3 + 4 bytes
     const char text[] = "aß\u65E5\U0001F5A8";
     const char16_t broken[] = {0xD800, 0};
+    // A failure leaves a buffer of bytes as it was, and empties one of units.
+    const std::string kept(12, '?');
+    const std::u16string empty = {0, u'?', u'?', u'?', u'?', u'?', u'?'};
     const struct {
         const char16_t* wide;
         const char* text;
         size_t bytes;  // the room in a buffer
         size_t units;
         int result;
-    } rows[] = {{wide, text, 11, 6, 0},
-                {wide, text, 10, 5, ERANGE},
-                {broken, "a\xED\xA0\x80", 1, 1, EINVAL},
-                {nullptr, nullptr, 5, 5, EINVAL},
-                {nullptr, nullptr, 0, 0, ERANGE}};
+        std::string bytesAfter;
+        std::u16string unitsAfter;
+    } rows[] = {
+        {wide, text, 11, 6, 0, std::string(text, 11) + '?', std::u16string(wide, 6) + u'?'},
+        {wide, text, 10, 5, ERANGE, kept, empty},
+        {broken, "a\xED\xA0\x80", 1, 1, EINVAL, kept, empty},
+        {nullptr, nullptr, 5, 5, EINVAL, kept, empty},
+        {nullptr, nullptr, 0, 0, ERANGE, kept, std::u16string(7, u'?')},
+    };
     for (const auto& row : rows) {
-        std::string bytes(12, '?');
+        std::string bytes = kept;
         std::u16string units(7, u'?');
         EXPECT_EQ(row.result, ConvertUtf16CStringToUtf8CString(row.wide, &bytes[0], row.bytes));
         EXPECT_EQ(row.result, ConvertUtf8CStringToUtf16CString(row.text, &units[0], row.units));
-        EXPECT_EQ(row.result == 0 ? std::string(text, 11) + '?' : std::string(12, '?'), bytes);
-        // A failure empties a buffer of units, and leaves one of bytes as it was.
-        std::u16string expected(wide, row.result == 0 ? 6 : 0);
-        expected.resize(row.result != 0 && row.units > 0 ? 1 : expected.size());
-        expected.resize(units.size(), u'?');
-        EXPECT_EQ(expected, units);
+        EXPECT_EQ(row.bytesAfter, bytes) << row.bytes;
+        EXPECT_EQ(row.unitsAfter, units) << row.units;
     }
     EXPECT_EQ(EINVAL, ConvertUtf16CStringToUtf8CString(wide, nullptr, 0));
     EXPECT_EQ(EINVAL, ConvertUtf8CStringToUtf16CString(text, nullptr, 0));
