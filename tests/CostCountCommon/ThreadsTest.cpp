@@ -103,7 +103,7 @@ TEST_F(Threads, ThatCannotBeMadeFailEveryWait) {
     if (getuid() != 0) {
         GTEST_SKIP() << "only root can become a user without other processes";
     }
-    for (const rlim_t more : {0, 1}) {  // a timed wait takes two
+    for (const rlim_t more : {rlim_t{0}, rlim_t{1}}) {  // a timed wait takes two
         ChildProcess child([&] {
             const int before = ThreadCount();
             const rlim_t limit = static_cast<rlim_t>(before) + more;
