@@ -59,6 +59,7 @@ TEST_F(LocalizedStrings, OfAStringsFile) {
         {"/* \"k\" = 1; **/ // k = 2;\rk = /**/ a_$/:.-9 // 3\n;", "a_$/:.-9"},
         {"/*/ k = 1; */ 'k' = 'it\"s';", "it\"s"},
         {"k;", "k"},
+        {"k = 1; k = 2;", "2"},
         {"k = \"two\nlines = ; // /*\";", "two\nlines = ; // /*"},
         {R"(k = "\n\t\r\a\b\f\v\\\"\'\q\U";)", "\n\t\r\a\b\f\v\\\"'qU"},
         {R"(k = "\101\0\7z\377\U00e4\u20AC\Ud83d\Ude00\u41;";)",
