@@ -23,6 +23,10 @@ TEST_F(BundleResources, TextsAreThoseOfTheStringTable) {
     EXPECT_EQ("1 v w\n0 \n1 2\n",
               Probe("R/T.app/Contents/" CODE_FOLDER, 2, "text:k text:v localizationsCount"));
     EXPECT_EQ("0 \n", Probe("R/tools", 2, "text:k"));
+    EXPECT_EQ(0, LoadResourceString("k", nullptr));
+    std::string text = "earlier";
+    EXPECT_EQ(0, LoadResourceString(nullptr, &text));
+    EXPECT_EQ("", text);
 }
 
 TEST_F(BundleResources, ThatCannotBeNamed) {
@@ -30,10 +34,6 @@ TEST_F(BundleResources, ThatCannotBeNamed) {
     for (const char* name : {static_cast<const char*>(nullptr), "", "\xFF"}) {
         EXPECT_EQ(nullptr, CreatePluginURLRef(name));
     }
-    std::string text = "earlier";
-    EXPECT_EQ(0, LoadResourceString(nullptr, &text));
-    EXPECT_EQ("", text);
-    EXPECT_EQ(0, LoadResourceString("k", nullptr));
 }
 
 }  // namespace

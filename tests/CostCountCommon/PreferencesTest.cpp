@@ -33,8 +33,7 @@ TEST_F(Preferences, StoresTheNumberThatTheTextBeginsWith) {
         const char* stored;
     } CASES[] = {{"1700000000", "1700000000"},
                  {" \t-12.5x", "-12"},
-                 {"+7", "7"},
-                 {"", "0"},
+                 {"+010", "10"},
                  {"none", "0"},
                  {"-9223372036854775808", "-9223372036854775808"},
                  {"9223372036854775808", "9223372036854775807"}};
@@ -50,19 +49,16 @@ TEST_F(Preferences, StoresTheNumberThatTheTextBeginsWith) {
 
 TEST_F(Preferences, KnowsOneKey) {
     SetPreferenceValue(KEY, "42");
+    SetPreferenceValue(KEY, nullptr);
     unsigned int valid = 7;
-    EXPECT_EQ(1U, IsValidPreferenceKey(KEY, &valid));
-    EXPECT_EQ(1U, valid);
-    for (const char* key :
-         {static_cast<const char*>(nullptr), "", "errorLogConfirmTime", "ErrorLogConfirmTime2"}) {
-        valid = 7;
+    for (const char* key : {static_cast<const char*>(nullptr), "", "errorLogConfirmTime"}) {
         EXPECT_EQ(0U, IsValidPreferenceKey(key, &valid));
         EXPECT_EQ(0U, valid);
-        EXPECT_EQ(0U, IsValidPreferenceKey(key, nullptr));
         SetPreferenceValue(key, "5");
         EXPECT_EQ("", Preference(key));
     }
-    SetPreferenceValue(KEY, nullptr);
+    EXPECT_EQ(1U, IsValidPreferenceKey(KEY, &valid));
+    EXPECT_EQ(1U, valid);
     EXPECT_EQ("42", Preference());
 }
 

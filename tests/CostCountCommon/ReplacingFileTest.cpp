@@ -1,3 +1,4 @@
+// Files that appear whole, as far as copies do not show it: names that must be free, and reasons.
 #include "CostCountCommon/src/ReplacingFile.h"
 
 #include <gtest/gtest.h>
@@ -5,12 +6,12 @@
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
 
 #include <cerrno>
 #include <filesystem>
 #include <iterator>
 
+#include "tests/support/Processes.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
@@ -41,80 +42,56 @@ bool RefuseHardLinks() {
            prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
 }
 
-// Whether exclusive files take only free names; `target` appears while the second is written.
-std::string ExclusiveFault(const TempFolder& folder) {
-    const std::string free = folder.Path("free");
-    const std::string target = folder.Path("target");
-    if (!Place(free, Placement::EXCLUSIVE) || ReadFile(free) != "new") {
-        return "the free name was not taken";
-    }
-    ReplacingFile late;
-    if (!late.Create(target, Placement::EXCLUSIVE) || !late.Write("late", 4)) {
-        return "no temporary file";
-    }
-    WriteFile(target, "other");
-    if (late.Commit() || errno != EEXIST) {
-        return "the commit did not fail as it should";
-    }
-    if (Place(target, Placement::EXCLUSIVE) || errno != EEXIST) {
-        return "an existing target was accepted";
-    }
-    return ReadFile(target) == "other" ? "" : "the other file was replaced";
-}
-
+// The target appears while the second file is written.
 TEST(ReplacingFile, TakesOnlyFreeNamesWhenExclusive) {
-    const TempFolder folder;
-    EXPECT_EQ("", ExclusiveFault(folder));
-    EXPECT_EQ(2, EntriesOf(folder));
-}
-
-TEST(ReplacingFile, TakesOnlyFreeNamesWhereThereAreNoHardLinks) {
-    const TempFolder folder;
-    const pid_t child = fork();
-    if (child == 0) {
-        if (!RefuseHardLinks() || link("/nonexistent", "/nonexistent") == 0) {
-            _exit(2);
-        }
-        _exit(ExclusiveFault(folder).empty() ? 0 : 1);
+    for (const bool hasHardLinks : {true, false}) {
+        const TempFolder folder;
+        const std::string free = folder.Path("free");
+        const std::string target = folder.Path("target");
+        ChildProcess child([&] {
+            if (!hasHardLinks && (!RefuseHardLinks() || link("/none", "/none") == 0)) {
+                return 2;
+            }
+            EXPECT_TRUE(Place(free, Placement::EXCLUSIVE));
+            ReplacingFile late;
+            EXPECT_TRUE(late.Create(target, Placement::EXCLUSIVE) && late.Write("late", 4));
+            WriteFile(target, "other");
+            EXPECT_FALSE(late.Commit());
+            EXPECT_EQ(EEXIST, errno);
+            EXPECT_FALSE(Place(target, Placement::EXCLUSIVE));
+            EXPECT_EQ(EEXIST, errno);
+            return testing::Test::HasFailure() ? 1 : 0;
+        });
+        EXPECT_EQ(0, child.Wait());
+        EXPECT_EQ("new", ReadFile(free));
+        EXPECT_EQ("other", ReadFile(target));
+        EXPECT_EQ(2, EntriesOf(folder));
     }
-    int status = 0;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(0, status);
-    EXPECT_EQ(2, EntriesOf(folder));
-}
-
-TEST(ReplacingFile, FollowsLinksAlsoToNothing) {
-    const TempFolder folder;
-    fs::create_directory(folder.Path("sub"));
-    fs::create_symlink("sub/second", folder.Path("first"));
-    fs::create_symlink("target", folder.Path("sub/second"));
-    for (int round = 0; round < 2; ++round) {  // the target is new, then exists
-        EXPECT_TRUE(Place(folder.Path("first"), Placement::REPLACE));
-        EXPECT_EQ("new", ReadFile(folder.Path("sub/target")));
-        WriteFile(folder.Path("sub/target"), "earlier");
-    }
-    fs::create_symlink("loop", folder.Path("loop"));
-    EXPECT_FALSE(Place(folder.Path("loop"), Placement::REPLACE));
-    EXPECT_EQ(ELOOP, errno);
 }
 
 TEST(ReplacingFile, KeepsTheReasonAndLeavesNothing) {
     const TempFolder folder;
     fs::create_directory(folder.Path("folder"));
+    fs::create_symlink("loop", folder.Path("loop"));
     const struct {
         std::string target;
         int reason;
     } CASES[] = {{"", ENOENT},
                  {folder.Path("none/target"), ENOENT},
                  {folder.Path("folder"), EISDIR},
+                 {folder.Path("loop"), ELOOP},
                  {folder.Path(std::string(256, 'n')), ENAMETOOLONG}};
     for (const auto& expected : CASES) {
         EXPECT_FALSE(Place(expected.target, Placement::REPLACE)) << expected.target;
         EXPECT_EQ(expected.reason, errno) << expected.target;
     }
-    EXPECT_EQ(1, EntriesOf(folder));
-    EXPECT_TRUE(Place(folder.Path(std::string(255, 'n')), Placement::REPLACE));
     EXPECT_FALSE(ReplacingFile().Commit());
+    EXPECT_EQ(2, EntriesOf(folder));
+
+    fs::create_symlink("folder/second", folder.Path("first"));
+    fs::create_symlink("target", folder.Path("folder/second"));
+    EXPECT_TRUE(Place(folder.Path("first"), Placement::REPLACE));
+    EXPECT_EQ("new", ReadFile(folder.Path("folder/target"))) << "links are followed";
 }
 
 }  // namespace

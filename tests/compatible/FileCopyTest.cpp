@@ -2,24 +2,20 @@
 #include <grp.h>
 #include <gtest/gtest.h>
 #include <linux/posix_acl.h>
-#include <pthread.h>
 #include <sched.h>
 #include <sys/mount.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
-#include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <csignal>
 #include <filesystem>
-#include <functional>
 #include <iterator>
 #include <string>
+#include <utility>
 
 #include "compatible/osFree.h"
+#include "tests/support/Processes.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
@@ -39,23 +35,6 @@ std::string LongText() {
     return text;
 }
 
-struct stat StatusOf(const std::string& path) {
-    struct stat status {};
-    lstat(path.c_str(), &status);
-    return status;
-}
-
-// Empty also when there is none.
-std::string Attribute(const std::string& path, const char* name) {
-    char value[4096];
-    const ssize_t size = getxattr(path.c_str(), name, value, sizeof value);
-    return size < 0 ? std::string() : std::string(value, static_cast<size_t>(size));
-}
-
-bool SetAttribute(const std::string& path, const char* name, const std::string& value) {
-    return setxattr(path.c_str(), name, value.data(), value.size(), 0) == 0;
-}
-
 // An access list as the kernel takes it, of which user 1234 and the mask have all rights.
 std::string List(char group) {
     const auto entry = [](char tag, char rights, const std::string& id) {
@@ -65,17 +44,6 @@ std::string List(char group) {
     return std::string("\x02\0\0\0", 4) + entry(ACL_USER_OBJ, 6, none) +
            entry(ACL_USER, 7, std::string("\xD2\x04\0\0", 4)) + entry(ACL_GROUP_OBJ, group, none) +
            entry(ACL_MASK, 7, none) + entry(ACL_OTHER, 0, none);
-}
-
-// The exit code of a child that runs `work`, or 128 and the signal that ended it.
-int InChild(const std::function<int()>& work) {
-    const pid_t child = fork();
-    if (child == 0) {
-        _exit(work());
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
 class CopyFileTest : public testing::Test {
@@ -90,6 +58,20 @@ protected:
         WriteFile(m_folder.Path(name), contents);
     }
     std::string Read(const std::string& name) const { return ReadFile(m_folder.Path(name)); }
+    struct stat StatusOf(const std::string& name) const {
+        struct stat status {};
+        lstat(m_folder.Path(name).c_str(), &status);
+        return status;
+    }
+    // Empty also when there is none.
+    std::string Attribute(const std::string& name, const char* attribute) const {
+        char value[4096];
+        const ssize_t size = getxattr(m_folder.Path(name).c_str(), attribute, value, sizeof value);
+        return size < 0 ? std::string() : std::string(value, static_cast<size_t>(size));
+    }
+    bool SetAttribute(const std::string& name, const char* attribute, const std::string& value) {
+        return setxattr(m_folder.Path(name).c_str(), attribute, value.data(), value.size(), 0) == 0;
+    }
 
     TempFolder m_folder;
     std::string m_from = m_folder.Path("from");
@@ -99,72 +81,62 @@ protected:
 TEST_F(CopyFileTest, TakesContentsModeTimesAndOwner) {
     const uid_t owner = geteuid() == 0 ? 1234 : geteuid();
     const gid_t group = geteuid() == 0 ? 4321 : getegid();
-    for (const mode_t mode : {0640U, 0444U, 06755U}) {
-        for (const std::string& contents : {std::string(), std::string("x"), LongText()}) {
-            fs::remove(m_from);
-            Write("from", contents);
-            ASSERT_EQ(0, chown(m_from.c_str(), owner, group));
-            ASSERT_EQ(0, chmod(m_from.c_str(), mode));
-            const struct timespec times[2] = {{1'000'000'000, 123'456'789}, {-5, 987'654'321}};
-            ASSERT_EQ(0, utimensat(AT_FDCWD, m_from.c_str(), times, 0));
-            const struct stat from = StatusOf(m_from);
-            fs::remove(m_to);
-            ASSERT_TRUE(Copy("from", "to", true));
-            EXPECT_TRUE(contents == Read("to"));
-            const struct stat to = StatusOf(m_to);
-            EXPECT_EQ(from.st_mode, to.st_mode);
-            EXPECT_EQ(owner, to.st_uid);
-            EXPECT_EQ(group, to.st_gid);
-            EXPECT_EQ(from.st_mtim.tv_sec, to.st_mtim.tv_sec);
-            EXPECT_EQ(from.st_mtim.tv_nsec, to.st_mtim.tv_nsec);
-        }
+    for (const auto& [mode, contents] :
+         {std::pair(0640U, std::string()), std::pair(0444U, LongText()),
+          std::pair(06755U, std::string("x"))}) {
+        fs::remove(m_from);
+        fs::remove(m_to);
+        Write("from", contents);
+        ASSERT_EQ(0, chown(m_from.c_str(), owner, group));
+        ASSERT_EQ(0, chmod(m_from.c_str(), mode));
+        const struct timespec times[2] = {{1'000'000'000, 123'456'789}, {-5, 987'654'321}};
+        ASSERT_EQ(0, utimensat(AT_FDCWD, m_from.c_str(), times, 0));
+        ASSERT_TRUE(Copy("from", "to", true));
+        EXPECT_TRUE(contents == Read("to"));
+        const struct stat to = StatusOf("to");
+        EXPECT_EQ(S_IFREG | mode, to.st_mode);
+        EXPECT_EQ(owner, to.st_uid);
+        EXPECT_EQ(group, to.st_gid);
+        EXPECT_EQ(-5, to.st_mtim.tv_sec);
+        EXPECT_EQ(987'654'321, to.st_mtim.tv_nsec);
     }
     EXPECT_EQ(2, Entries());
 }
 
-TEST_F(CopyFileTest, TakesExtendedAttributes) {
-    Write("from", "text");
-    const std::string binary("\0\xFF=\n", 4);
-    if (!SetAttribute(m_from, "user.colour", binary) || !SetAttribute(m_from, "user.empty", "")) {
-        GTEST_SKIP() << "the file system has no extended attributes";
+TEST_F(CopyFileTest, TakesExtendedAttributesAndInheritsNone) {
+    for (const char* name : {"from", "plain", "to"}) {
+        Write(name, name);
     }
-    Write("to", "old");
-    ASSERT_TRUE(SetAttribute(m_to, "user.old", "x"));
-    ASSERT_TRUE(Copy("from", "to"));
-    EXPECT_EQ(binary, Attribute(m_to, "user.colour"));
-    EXPECT_EQ(0, getxattr(m_to.c_str(), "user.empty", nullptr, 0));
-    EXPECT_EQ(-1, getxattr(m_to.c_str(), "user.old", nullptr, 0));
-}
-
-TEST_F(CopyFileTest, TakesTheAccessListAndInheritsNone) {
-    Write("plain", "text");
-    Write("listed", "text");
     chmod(m_folder.Path("plain").c_str(), 0640);
-    if (!SetAttribute(m_folder.Path("listed"), ACCESS_LIST, List(4)) ||
-        !SetAttribute(m_folder.Path(), DEFAULT_LIST, List(5))) {
-        GTEST_SKIP() << "the file system has no access lists";
+    const std::string binary("\0\xFF=\n", 4);
+    if (!SetAttribute("from", "user.colour", binary) || !SetAttribute("to", "user.old", "x") ||
+        !SetAttribute("from", ACCESS_LIST, List(4)) || !SetAttribute("", DEFAULT_LIST, List(5))) {
+        GTEST_SKIP() << "the file system has no extended attributes or access lists";
     }
-    ASSERT_TRUE(Copy("plain", "plain copy"));
-    EXPECT_EQ("", Attribute(m_folder.Path("plain copy"), ACCESS_LIST));
-    EXPECT_EQ(0640U, StatusOf(m_folder.Path("plain copy")).st_mode & 07777U);
-    ASSERT_TRUE(Copy("listed", "listed copy"));
-    EXPECT_EQ(List(4), Attribute(m_folder.Path("listed copy"), ACCESS_LIST));
+    ASSERT_TRUE(Copy("from", "to"));
+    EXPECT_EQ(binary, Attribute("to", "user.colour"));
+    EXPECT_EQ("", Attribute("to", "user.old"));
+    EXPECT_EQ(List(4), Attribute("to", ACCESS_LIST));
+    ASSERT_TRUE(Copy("plain", "copy"));
+    EXPECT_EQ("", Attribute("copy", ACCESS_LIST));
+    EXPECT_EQ(S_IFREG | 0640U, StatusOf("copy").st_mode);
 }
 
 TEST_F(CopyFileTest, LeavesOutWhatTheTargetsFileSystemDoesNotKnow) {
-    Write("from", "text");
+    Write("from", "from");
     fs::create_directory(m_folder.Path("mount"));
-    const int result = InChild([&] {
-        if (!SetAttribute(m_from, "user.colour", "red") ||
-            !SetAttribute(m_from, ACCESS_LIST, List(4)) || unshare(CLONE_NEWNS) != 0 ||
+    ChildProcess child([&] {
+        if (!SetAttribute("from", "user.colour", "red") ||
+            !SetAttribute("from", ACCESS_LIST, List(4)) || unshare(CLONE_NEWNS) != 0 ||
             mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
             mount("none", m_folder.Path("mount").c_str(), "ramfs", 0, nullptr) != 0) {
             return REFUSED_SETUP;
         }
-        const bool isCopied = Copy("from", "mount/to") && Read("mount/to") == "text";
+        const bool isCopied = Copy("from", "mount/to") && Read("mount/to") == "from";
         // The mask of the list must not become the rights of the group.
-        return isCopied && StatusOf(m_folder.Path("mount/to")).st_mode == (S_IFREG | 0640) ? 0 : 1;
+        return isCopied && StatusOf("mount/to").st_mode == (S_IFREG | 0640) ? 0 : 1;
     });
+    const int result = child.Wait();
     if (result == REFUSED_SETUP) {
         GTEST_SKIP() << "needs access lists and the right to mount";
     }
@@ -179,28 +151,16 @@ TEST_F(CopyFileTest, DropsSetIdBitsWithTheOwner) {
     }
     chmod(m_folder.Path().c_str(), 0777);
     chmod(m_from.c_str(), 06755);
-    EXPECT_EQ(0, InChild([&] {
-                  if (setgroups(0, nullptr) != 0 || setgid(4321) != 0 || setuid(1234) != 0) {
-                      return REFUSED_SETUP;
-                  }
-                  return Copy("from", "to") ? 0 : 1;
-              }));
-    EXPECT_EQ(S_IFREG | 0755U, StatusOf(m_to).st_mode);
-    EXPECT_EQ(1234U, StatusOf(m_to).st_uid);
+    ChildProcess other([&] {
+        const bool isOther = setgroups(0, nullptr) == 0 && setgid(4321) == 0 && setuid(1234) == 0;
+        return isOther && Copy("from", "to") ? 0 : 1;
+    });
+    EXPECT_EQ(0, other.Wait());
+    EXPECT_EQ(S_IFREG | 0755U, StatusOf("to").st_mode);
+    EXPECT_EQ(1234U, StatusOf("to").st_uid);
 }
 
-TEST_F(CopyFileTest, RefusesSourcesThatAreNoRegularFiles) {
-    mkfifo(m_folder.Path("pipe").c_str(), 0600);
-    fs::create_directory(m_folder.Path("folder"));
-    for (const char* source : {"none", "pipe", "folder", ""}) {
-        EXPECT_FALSE(Copy(source, "to")) << source;
-    }
-    EXPECT_FALSE(CopyFile(nullptr, m_to.c_str(), 0));
-    EXPECT_FALSE(CopyFile(m_from.c_str(), nullptr, 0));
-    EXPECT_FALSE(fs::exists(m_to));
-}
-
-TEST_F(CopyFileTest, RefusesTargetsThatCannotBeReplaced) {
+TEST_F(CopyFileTest, RefusesWhatIsNoRegularFileOrProtected) {
     Write("from", "new");
     Write("protected", "old");
     chmod(m_folder.Path("protected").c_str(), 0444);
@@ -213,20 +173,20 @@ TEST_F(CopyFileTest, RefusesTargetsThatCannotBeReplaced) {
         fs::create_symlink("/dev/null", device);
     }
     const int entries = Entries();
-    for (const char* target : {"pipe", "folder", "device/", "none/to", "from/to"}) {
+    for (const char* source : {"none", "pipe", "folder"}) {
+        EXPECT_FALSE(Copy(source, "to")) << source;
+    }
+    for (const char* target : {"pipe", "folder", "device", "none/to", "from/to"}) {
         EXPECT_FALSE(Copy("from", target)) << target;
     }
-    if (fs::exists(device)) {
-        EXPECT_FALSE(Copy("from", "device"));
-        EXPECT_TRUE(fs::is_character_file(device));
-    }
-    EXPECT_FALSE(CopyFile(m_from.c_str(), "", 0));
-    EXPECT_EQ(0, InChild([&] {
-                  return (geteuid() == 0 && setuid(1234) != 0) || Copy("from", "protected") ? 1 : 0;
-              }));
+    EXPECT_FALSE(CopyFile(nullptr, m_to.c_str(), 0));
+    EXPECT_FALSE(CopyFile(m_from.c_str(), nullptr, 0));
+    ChildProcess other(
+        [&] { return (geteuid() == 0 && setuid(1234) != 0) || Copy("from", "protected") ? 1 : 0; });
+    EXPECT_EQ(0, other.Wait());
     EXPECT_EQ("old", Read("protected"));
     EXPECT_TRUE(fs::is_fifo(m_folder.Path("pipe")));
-    EXPECT_TRUE(fs::is_directory(m_folder.Path("folder")));
+    EXPECT_TRUE(fs::is_character_file(device));
     EXPECT_EQ(entries, Entries());
 }
 
@@ -252,13 +212,11 @@ TEST_F(CopyFileTest, OntoItselfChangesNothing) {
     Write("from", "text");
     fs::create_symlink("from", m_folder.Path("link"));
     fs::create_hard_link(m_from, m_folder.Path("hard"));
-    const struct stat before = StatusOf(m_from);
     for (const char* itself : {"from", "link", "hard"}) {
         EXPECT_TRUE(Copy("from", itself)) << itself;
         EXPECT_TRUE(Copy(itself, "from")) << itself;
     }
-    EXPECT_EQ(before.st_ino, StatusOf(m_from).st_ino);
-    EXPECT_EQ(before.st_ctim.tv_nsec, StatusOf(m_from).st_ctim.tv_nsec);
+    EXPECT_EQ(2U, StatusOf("from").st_nlink);
     EXPECT_EQ("text", Read("hard"));
 }
 
@@ -268,68 +226,6 @@ TEST_F(CopyFileTest, CopiesFromOtherFileSystems) {
     EXPECT_TRUE(CopyFile("/proc/version", m_to.c_str(), 0));
     EXPECT_EQ(ReadFile("/proc/version"), Read("to"));
     EXPECT_NE("", Read("to"));
-    fs::remove(m_to);  // protected against writing, as the first source is
-
-    std::string other = "/dev/shm/tallyquist-test-XXXXXX";
-    const int file = mkstemp(other.data());
-    if (file < 0) {
-        GTEST_SKIP() << "no shared memory folder";
-    }
-    close(file);
-    WriteFile(other, LongText());
-    const bool isCopied = CopyFile(other.c_str(), m_to.c_str(), 0);
-    fs::remove(other);
-    EXPECT_TRUE(isCopied);
-    EXPECT_TRUE(LongText() == Read("to"));
-}
-
-// The limit on the size of files strikes in the middle of the copy: as a failed write, as on a full
-// disk, or as the end of the process.
-TEST_F(CopyFileTest, ThatBreaksOffLeavesTheTargetAsItWas) {
-    Write("from", LongText());
-    const auto copyWithLimit = [&](const char* target, sighandler_t onLimit) {
-        return InChild([&] {
-            const struct rlimit limit = {1'500'000, 1'500'000};
-            const struct rlimit noCore = {0, 0};
-            setrlimit(RLIMIT_CORE, &noCore);
-            setrlimit(RLIMIT_FSIZE, &limit);
-            std::signal(SIGXFSZ, onLimit);
-            return Copy("from", target) ? 0 : 1;
-        });
-    };
-    Write("to", "old");
-    EXPECT_EQ(1, copyWithLimit("to", SIG_IGN));
-    EXPECT_EQ(1, copyWithLimit("new", SIG_IGN));
-    EXPECT_EQ(2, Entries());
-    EXPECT_EQ(128 + SIGXFSZ, copyWithLimit("to", SIG_DFL));
-    EXPECT_EQ(128 + SIGXFSZ, copyWithLimit("new", SIG_DFL));
-    EXPECT_EQ("old", Read("to"));
-    EXPECT_FALSE(fs::exists(m_folder.Path("new")));
-}
-
-// The cancellation takes effect at the first cancellation point. A copy comes to one when its
-// temporary file exists; one that fails before gives back what it opened without meeting any.
-TEST_F(CopyFileTest, ThatIsCancelledLeavesNothing) {
-    Write("from", LongText());
-    const auto openFiles = [] {
-        return std::distance(fs::directory_iterator("/proc/self/fd"), {});
-    };
-    const auto before = openFiles();
-    const auto work = [](void* copy) -> void* {
-        pthread_cancel(pthread_self());
-        (*static_cast<std::function<bool()>*>(copy))();
-        return nullptr;
-    };
-    for (const bool fails : {false, true}) {
-        std::function<bool()> copy = [&] { return Copy(fails ? "." : "from", "to"); };
-        pthread_t thread{};
-        ASSERT_EQ(0, pthread_create(&thread, nullptr, work, &copy));
-        void* result = nullptr;
-        pthread_join(thread, &result);
-        EXPECT_EQ(fails ? nullptr : PTHREAD_CANCELED, result);
-        EXPECT_EQ(1, Entries());
-        EXPECT_EQ(before, openFiles());
-    }
 }
 
 }  // namespace

@@ -1,10 +1,8 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <climits>
 #include <csignal>
-#include <thread>
 
 #include "compatible/osFree.h"
 #include "tests/support/Processes.h"
@@ -14,14 +12,11 @@ namespace {
 TEST(Processes, ExistUntilTheyWereWaitedFor) {
     EXPECT_EQ(getpid(), GetCurrentProcessId());
     EXPECT_TRUE(ProcessExists(GetCurrentProcessId()));
-    const pid_t child = fork();
-    if (child == 0) {
-        _exit(0);
-    }
-    EXPECT_TRUE(ProcessExists(child));
-    ASSERT_EQ(child, waitpid(child, nullptr, 0));
-    EXPECT_FALSE(ProcessExists(child));
-    for (const int noProcess : {-child, INT_MAX}) {
+    ChildProcess child([] { return 0; });
+    const pid_t id = child.Id();
+    EXPECT_TRUE(ProcessExists(id));
+    ASSERT_EQ(0, child.Wait());
+    for (const int noProcess : {id, -id, INT_MAX}) {
         EXPECT_FALSE(ProcessExists(noProcess)) << noProcess;
     }
 }
@@ -33,12 +28,6 @@ TEST(Processes, ExistForOtherUsersToo) {
     ChildProcess other(
         [] { return setuid(65534) == 0 && kill(1, 0) != 0 && ProcessExists(1) ? 0 : 1; });
     EXPECT_EQ(0, other.Wait());
-}
-
-TEST(Processes, ThreadsHaveIdentifiersOfTheirOwn) {
-    unsigned long other = 0;
-    std::thread([&] { other = GetCurrentThreadId(); }).join();
-    EXPECT_NE(other, GetCurrentThreadId());
 }
 
 }  // namespace

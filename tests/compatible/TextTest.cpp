@@ -13,51 +13,40 @@ TEST(BoundedFormatting, CutsAndTerminatesAndTellsTheFullLength) {
     char array[4] = "???";
     EXPECT_EQ(6, sprintf_s(array, "%s", "abcdef"));
     EXPECT_STREQ("abc", array);
-    EXPECT_EQ(2, sprintf_s(array, sizeof array, "%d", 42));
-    EXPECT_STREQ("42", array);
     EXPECT_EQ(3, sprintf_s(nullptr, 0, "%s", "abc"));
     const wchar_t unencodable[] = {0x7FFFFFFF, 0};
     EXPECT_LT(sprintf_s(array, "%ls", unencodable), 0);
 }
 
-TEST(BoundedCopy, OfText) {
+TEST(BoundedCopy, FailsAsAWhole) {
     struct {
         size_t size;
         const char* src;
         int result;
         const char* after;
-    } const CASES[] = {{4, "abc", 0, "abc"},      {1, "", 0, ""},
-                       {3, "abc", ERANGE, ""},    {4, nullptr, EINVAL, ""},
-                       {0, "abc", ERANGE, "???"}, {0, nullptr, EINVAL, "???"}};
+    } const CASES[] = {{4, "abc", 0, "abc"},
+                       {3, "abc", ERANGE, ""},
+                       {4, nullptr, EINVAL, ""},
+                       {0, "abc", ERANGE, "???"}};
     for (const auto& [size, src, result, after] : CASES) {
         char dst[] = "???";
         EXPECT_EQ(result, strcpy_s(dst, size, src));
         EXPECT_STREQ(after, dst) << size;
     }
     EXPECT_EQ(EINVAL, strcpy_s(nullptr, 4, "abc"));
-}
 
-TEST(BoundedCopy, OfMemoryClearsTheDestinationOnFailure) {
-    struct {
-        const char* src;
-        size_t count;
-        int result;
-        std::string after;
-    } const CASES[] = {{"abc", 3, 0, "abc?"},
-                       {"abcd", 4, ERANGE, std::string("\0\0\0?", 4)},
-                       {nullptr, 0, EINVAL, std::string("\0\0\0?", 4)}};
-    for (const auto& [src, count, result, after] : CASES) {
-        std::string dst(4, '?');
-        EXPECT_EQ(result, memcpy_s(dst.data(), 3, src, count));
-        EXPECT_EQ(after, dst) << count;
-    }
+    char bytes[] = "????";
+    EXPECT_EQ(0, memcpy_s(bytes, 3, "abc", 3));
+    EXPECT_STREQ("abc?", bytes);
+    EXPECT_EQ(ERANGE, memcpy_s(bytes, 3, "abcd", 4));
+    EXPECT_EQ(std::string("\0\0\0?", 4), std::string(bytes, 4));
+    EXPECT_EQ(EINVAL, memcpy_s(bytes, 3, nullptr, 3));
     EXPECT_EQ(EINVAL, memcpy_s(nullptr, 3, "abc", 3));
 }
 
 TEST(DecimalText, IsCutAtSevenCharacters) {
     for (const auto& [value, text] :
-         {std::pair(0, "0"), std::pair(-42, "-42"), std::pair(1234567, "1234567"),
-          std::pair(12345678, "1234567"), std::pair(-1234567, "-123456"),
+         {std::pair(0, "0"), std::pair(1234567, "1234567"), std::pair(12345678, "1234567"),
           std::pair(INT_MIN, "-214748")}) {
         char dst[8] = "???????";
         EXPECT_EQ(0, u_itoa(value, dst, 10));
@@ -73,17 +62,12 @@ TEST(Replacing, DoesNotSearchWhatItInserted) {
         std::string text, from, to, after;
     } const CASES[] = {{"aaa", "a", "aa", "aaaaaa"},
                        {"aaa", "aa", "a", "aa"},
-                       {"a:b:", ":", "", "ab"},
                        {"abc", "", "x", "abc"},
                        {std::string("a\0b", 3), std::string("\0", 1), "--", "a--b"}};
-    for (const auto& expected : CASES) {
-        std::string text = expected.text;
-        strReplace(text, expected.from, expected.to);
-        EXPECT_EQ(expected.after, text);
+    for (auto [text, from, to, after] : CASES) {
+        strReplace(text, from, to);
+        EXPECT_EQ(after, text);
     }
-    std::string whole = "whole";
-    strReplace(whole, whole, "other");
-    EXPECT_EQ("other", whole);
 }
 
 TEST(AllocatedText, IsACopy) {
@@ -98,11 +82,8 @@ TEST(AllocatedText, IsACopy) {
 TEST(Guid, IsEqualInAllParts) {
     const GUID guid{1, 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}};
     EXPECT_EQ(1, IsEqualGUID(guid, guid));
-    for (const GUID& other :
-         {GUID{0, 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}}, GUID{1, 0, 3, {4, 5, 6, 7, 8, 9, 10, 11}},
-          GUID{1, 2, 0, {4, 5, 6, 7, 8, 9, 10, 11}}, GUID{1, 2, 3, {4, 5, 6, 7, 8, 9, 10, 0}}}) {
-        EXPECT_EQ(0, IsEqualGUID(guid, other));
-    }
+    EXPECT_EQ(0, IsEqualGUID(guid, {0, 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}}));
+    EXPECT_EQ(0, IsEqualGUID(guid, {1, 2, 3, {4, 5, 6, 7, 8, 9, 10, 0}}));
 }
 
 }  // namespace

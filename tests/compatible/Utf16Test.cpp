@@ -1,3 +1,4 @@
+// UTF-8, UTF-16 and each from the other.
 #include "compatible/Utf16.h"
 
 #include <gtest/gtest.h>
@@ -34,93 +35,64 @@ TEST(Utf16, EveryCharacterMakesTheRoundTrip) {
         last = utf8;
     }
     EXPECT_EQ("\xF4\x8F\xBF\xBF", last);
-    std::string nul = "?";
-    EXPECT_TRUE(Utf8FromUtf16(std::u16string_view(u"\0", 1), &nul));
-    EXPECT_EQ(std::string(1, '\0'), nul);
 }
 
-// Three units from around the bounds of the two halves, judged by taking the whole pairs away.
 TEST(Utf16, SurrogatesComeInPairs) {
-    const char16_t units[] = {u'a', 0xD7FF, 0xD800, 0xDBFF, 0xDC00, 0xDFFF, 0xE000, 0xFFFF};
-    const auto kindOf = [](char16_t unit) {
-        return unit < 0xD800 || unit > 0xDFFF ? '.' : unit < 0xDC00 ? 'h' : 'l';
-    };
-    for (const char16_t a : units) {
-        for (const char16_t b : units) {
-            for (const char16_t c : units) {
-                std::string kinds = {kindOf(a), kindOf(b), kindOf(c)};
-                strReplace(kinds, "hl", ".");
-                const bool isWellFormed = kinds.find_first_of("hl") == std::string::npos;
-                const std::u16string text = {a, b, c};
-                std::string utf8 = "kept";
-                std::u16string back;
-                EXPECT_EQ(isWellFormed, Utf8FromUtf16(text, &utf8));
-                EXPECT_TRUE(isWellFormed ? Utf16FromUtf8(utf8, &back) && back == text
-                                         : utf8 == "kept")
-                    << testing::PrintToString(text);
-            }
-        }
+    for (const std::u16string& text :
+         {std::u16string{u'a', 0xD800}, std::u16string{0xDBFF, u'a'}, std::u16string{0xDC00, u'a'},
+          std::u16string{0xDFFF}, std::u16string{0xD800, 0xDBFF, 0xDC00},
+          std::u16string{0xD800, 0xDC00, 0xDC00}}) {
+        std::string utf8 = "kept";
+        EXPECT_FALSE(Utf8FromUtf16(text, &utf8)) << testing::PrintToString(text);
+        EXPECT_EQ("kept", utf8);
     }
 }
 
-TEST(Utf16, ConvertsIntoABufferOfBytes) {
-    const char16_t text[] = u"aß\u65E5\U0001F5A8";  // 1 + 2 + 3 + 4 bytes
-    const std::string kept(12, '?');
-    struct {
-        const char16_t* src;
-        size_t size;
-        int result;
-        std::string after;
-    } const CASES[] = {
-        {text, 11, 0, std::string("aß\u65E5\U0001F5A8\0?", 12)},
-        {text, 10, ERANGE, kept},
-        {u"", 1, 0, std::string("\0???????????", 12)},
-        {u"a", 0, ERANGE, kept},
-        {nullptr, 0, ERANGE, kept},
-        {nullptr, 12, EINVAL, kept},
-        {u"\xD800", 12, EINVAL, kept},
-        {u"\xD800", 1, EINVAL, kept},
-    };
-    for (const auto& expected : CASES) {
-        std::string dst = kept;
-        EXPECT_EQ(expected.result,
-                  ConvertUtf16CStringToUtf8CString(expected.src, dst.data(), expected.size))
-            << expected.size;
-        EXPECT_EQ(expected.after, dst) << expected.size;
+TEST(Utf8, IsTakenStrictly) {
+    for (const char* text :
+         {"\x80", "\xBF", "\xC0\x80", "\xC1\xBF", "\xE0\x9F\xBF", "\xED\xA0\x80", "\xED\xBF\xBF",
+          "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFF", "\xC3", "\xE6\x97",
+          "\xF0\x9F\x96", "\xC3(", "\xE6\x97x", "a\xFE", "\xC3\xB6\xB6"}) {
+        EXPECT_FALSE(IsUtf8(text));
     }
-    EXPECT_EQ(EINVAL, ConvertUtf16CStringToUtf8CString(text, nullptr, 0));
+}
+
+TEST(Utf16, ConvertsIntoBuffersWithRoomForTheEnd) {
+    const char16_t wide[] = u"aß\u65E5\U0001F5A8";  // 1 + 2 + 3 + 4 bytes
+    const char text[] = "aß\u65E5\U0001F5A8";
+    const char16_t broken[] = {0xD800, 0};
+    // A failure leaves a buffer of bytes as it was, and empties one of units.
+    const std::string kept(12, '?');
+    const std::u16string empty = {0, u'?', u'?', u'?', u'?', u'?', u'?'};
+    const struct {
+        const char16_t* wide;
+        const char* text;
+        size_t bytes;  // the room in a buffer
+        size_t units;
+        int result;
+        std::string bytesAfter;
+        std::u16string unitsAfter;
+    } rows[] = {
+        {wide, text, 11, 6, 0, std::string(text, 11) + '?', std::u16string(wide, 6) + u'?'},
+        {wide, text, 10, 5, ERANGE, kept, empty},
+        {broken, "a\xED\xA0\x80", 1, 1, EINVAL, kept, empty},
+        {nullptr, nullptr, 5, 5, EINVAL, kept, empty},
+        {nullptr, nullptr, 0, 0, ERANGE, kept, std::u16string(7, u'?')},
+    };
+    for (const auto& row : rows) {
+        std::string bytes = kept;
+        std::u16string units(7, u'?');
+        EXPECT_EQ(row.result, ConvertUtf16CStringToUtf8CString(row.wide, &bytes[0], row.bytes));
+        EXPECT_EQ(row.result, ConvertUtf8CStringToUtf16CString(row.text, &units[0], row.units));
+        EXPECT_EQ(row.bytesAfter, bytes) << row.bytes;
+        EXPECT_EQ(row.unitsAfter, units) << row.units;
+    }
+    EXPECT_EQ(EINVAL, ConvertUtf16CStringToUtf8CString(wide, nullptr, 0));
+    EXPECT_EQ(EINVAL, ConvertUtf8CStringToUtf16CString(text, nullptr, 0));
     std::string out = "kept";
     EXPECT_EQ(EINVAL, ConvertUtf16CStringToString(nullptr, out));
     EXPECT_EQ("kept", out);
-}
-
-TEST(Utf16, ConvertsIntoABufferOfUnits) {
-    const std::u16string kept(5, u'?');
-    const std::u16string emptied = {0, u'?', u'?', u'?', u'?'};
-    struct {
-        const char* src;
-        size_t count;
-        int result;
-        std::u16string after;
-    } const CASES[] = {
-        {"ß\U0001F5A8", 4, 0, {0xDF, 0xD83D, 0xDDA8, 0, u'?'}},
-        {"ß\U0001F5A8", 3, ERANGE, emptied},
-        {"", 1, 0, emptied},
-        {"a", 0, ERANGE, kept},
-        {nullptr, 0, ERANGE, kept},
-        {nullptr, 5, EINVAL, emptied},
-        {"\xC3", 5, EINVAL, emptied},
-        {"a\xED\xA0\x80", 1, EINVAL, emptied},
-    };
-    for (const auto& expected : CASES) {
-        std::u16string dst = kept;
-        EXPECT_EQ(expected.result,
-                  ConvertUtf8CStringToUtf16CString(expected.src, dst.data(), expected.count))
-            << expected.count;
-        EXPECT_EQ(expected.after, dst) << expected.count;
-    }
-    EXPECT_EQ(EINVAL, ConvertUtf8CStringToUtf16CString("a", nullptr, 0));
-    EXPECT_EQ(3, CountLengthOfUtf16CString(u"a\U0001F5A8"));
+    EXPECT_EQ(5, CountLengthOfUtf16CString(wide));
     EXPECT_EQ(0, CountLengthOfUtf16CString(nullptr));
 }
 

@@ -21,37 +21,35 @@ TEST_F(Bundle, MayBeNamedByAVariable) {
     EXPECT_EQ(inside, Probe("elsewhere", 0, keys));
 }
 
-TEST_F(Bundle, OfAProgramStartedThroughALink) {
-    Probe("R/T.app/Contents/Linux", 2, "sconp_path");
-    fs::create_directories(m_root.Path("bin"));
-    fs::create_symlink(m_root.Path("R/T.app/Contents/Linux/probe"), m_root.Path("bin/link"));
-    EXPECT_EQ("1 ROOT/T.app/Contents/PlugIns/sconp_path\n", Run("bin/link 2 sconp_path"));
-}
-
-TEST_F(Bundle, OfAToolHasItsResourcesInAFolder) {
+TEST_F(Bundle, OfAProgramOrTool) {
     EXPECT_EQ("1 ROOT/T.app/Contents/Helpers/Resources\n",
               Probe("R/T.app/Contents/Helpers", 2, "GetResourcesPath"));
     EXPECT_EQ("1 ROOT/tools/Resources\n", Probe("R/tools", 2, "GetResourcesPath"));
+    Probe("R/T.app/Contents/Linux", 2, "sconp_path");
+    fs::create_symlink(m_root.Path("R/T.app/Contents/Linux/probe"), m_root.Path("link"));
+    EXPECT_EQ("1 ROOT/T.app/Contents/PlugIns/sconp_path\n", Run("link 2 sconp_path"));
 }
 
 TEST_F(Bundle, VersionIsFoundInAnyText) {
-    std::string version;
-    const auto ask = [&](const std::string& plist) {
-        WriteFile(m_root.Path("Info.plist"), plist);
-        version = "earlier";
-        return GetPluginFilePath("Appver", &version);
-    };
     const ScopedVariable contents("TALLYQUIST_CONTENTS", m_root.Path().c_str());
-    EXPECT_TRUE(
-        ask("<!-- <key>CFBundleVersion</key><string>0</string> -->"
-            "<key>CFBundleVersion</key><string>7</string>"));
-    EXPECT_EQ("7", version);
-    for (const char* broken :
-         {"", "<key>CFBundleVersion</key>", "<key>CFBundleVersion</key><integer>1</integer>",
-          "<key>CFBundleVersion</key><string>1", "<key>Other</key><string>1</string>"}) {
-        EXPECT_FALSE(ask(broken)) << broken;
+    const struct {
+        const char* plist;
+        std::string version;
+    } rows[] = {{"<!-- <key>CFBundleVersion</key><string>0</string> -->"
+                 "<key>CFBundleVersion</key><string>7</string>",
+                 "7"},
+                {"<key>CFBundleVersion</key>", ""},
+                {"<key>CFBundleVersion</key><integer>1</integer>", ""},
+                {"<key>CFBundleVersion</key><string>1", ""},
+                {"<key>Other</key><string>1</string>", ""}};
+    for (const auto& row : rows) {
+        WriteFile(m_root.Path("Info.plist"), row.plist);
+        std::string version;
+        EXPECT_EQ(!row.version.empty(), GetPluginFilePath("Appver", &version)) << row.plist;
+        EXPECT_EQ(row.version, version);
     }
     const ScopedVariable built("TALLYQUIST_CONTENTS", BUILT_CONTENTS);
+    std::string version;
     EXPECT_TRUE(GetPluginFilePath("Appver", &version));
     EXPECT_EQ(PRODUCT_VERSION, version);
 }

@@ -17,28 +17,24 @@ namespace {
 TEST(Folders, AreThoseOfTheEnvironment) {
     const std::string home = getpwuid(getuid())->pw_dir;
     const struct {
-        const char* dataHome;
-        const char* home;
-        const char* temporary;
-        std::string expectedData;
-        std::string expectedHome;
-        std::string expectedTemporary;
+        const char* variables[3];  // XDG_DATA_HOME, HOME, TMPDIR
+        std::string data;
+        std::string home;
+        std::string temporary;
     } rows[] = {
-        {"/data//", "/home/x", "/t/mp///", "/data", "/home/x", "/t/mp"},
-        {nullptr, "/home/x/", nullptr, "/home/x/.local/share", "/home/x", "/tmp"},
-        {"relative", "/", "relative", "/.local/share", "/", "/tmp"},
-        {"", "relative", "", home + "/.local/share", home, "/tmp"},
-        {"/", "/home/x", "/", "/", "/home/x", "/"},
+        {{"/data//", "/home/x", "/t/mp///"}, "/data", "/home/x", "/t/mp"},
+        {{nullptr, "/home/x/", nullptr}, "/home/x/.local/share", "/home/x", "/tmp"},
+        {{"relative", "/", "relative"}, "/.local/share", "/", "/tmp"},
+        {{"", "relative", ""}, home + "/.local/share", home, "/tmp"},
     };
     for (const auto& row : rows) {
-        const ScopedVariable dataHome("XDG_DATA_HOME", row.dataHome);
-        const ScopedVariable homeFolder("HOME", row.home);
-        const ScopedVariable temporary("TMPDIR", row.temporary);
-        EXPECT_EQ(row.expectedData, platform::ApplicationSupportFolder());
-        EXPECT_EQ((row.expectedData == "/" ? "" : row.expectedData) + "/g.r",
-                  platform::GroupContainerFolder("g.r"));
-        EXPECT_EQ(row.expectedHome, platform::ExpandTilde("~"));
-        EXPECT_EQ(row.expectedTemporary, platform::TemporaryFolder());
+        const ScopedVariable dataHome("XDG_DATA_HOME", row.variables[0]);
+        const ScopedVariable homeFolder("HOME", row.variables[1]);
+        const ScopedVariable temporary("TMPDIR", row.variables[2]);
+        EXPECT_EQ(row.data, platform::ApplicationSupportFolder());
+        EXPECT_EQ(row.data + "/g.r", platform::GroupContainerFolder("g.r"));
+        EXPECT_EQ(row.home, platform::ExpandTilde("~"));
+        EXPECT_EQ(row.temporary, platform::TemporaryFolder());
     }
 }
 
