@@ -18,13 +18,11 @@ enum Faults : unsigned int { PARSER = 1, MEMORY = 2, SYSTEM = 4, KILL = 8 };
 
 struct Operation {
     const char* name;
-    const char* file;  // what it reads or writes, below the bench's folder, or null
-    // Makes the file as it is before. Null: as the operation itself makes it of the other variant.
-    void (*prepare)(Bench& bench);
-    // False when a failure was told.
-    bool (*run)(Bench& bench);
-    Promise promise;
-    unsigned int faults;  // that it is walked by
+    bool (*run)(Bench& bench);          // false when a failure was told
+    unsigned int faults;                // that it is walked by
+    const char* file = nullptr;         // what it reads or writes, below the bench's folder
+    bool (*prepare)(Bench&) = nullptr;  // makes the file as it is before; null: `run` does
+    Promise promise = Promise::WHOLE;
 };
 
 std::span<const Operation> XmlOperations();      // CCommonXmlPxd

@@ -48,14 +48,14 @@ bool LeaveNameSpace() {
 // A disk of its own in place of the folder, with what was in there and a page more, that has so
 // many pages left.
 bool FillDisk(const Trial& trial, int freePages) {
-    fs::rename(trial.Folder(), "aside");
-    fs::create_directory(trial.Folder());
+    fs::rename(trial.folder, "aside");
+    fs::create_directory(trial.folder);
     if (!LeaveNameSpace() ||
-        mount("none", trial.Folder().c_str(), "tmpfs", 0, "size=64m,mode=755") != 0) {
+        mount("none", trial.folder.c_str(), "tmpfs", 0, "size=64m,mode=755") != 0) {
         return false;
     }
-    fs::copy("aside", trial.Folder());
-    const std::string filling = trial.Folder() + "/filling";
+    fs::copy("aside", trial.folder);
+    const std::string filling = trial.folder + "/filling";
     {
         std::ofstream file(filling);
         const std::string page(PAGE, 'x');
@@ -81,18 +81,18 @@ bool ProtectFolder(const Trial& trial, int) {
             }
         }
     }
-    fs::permissions(trial.Folder(), fs::perms(0555));
+    fs::permissions(trial.folder, fs::perms(0555));
     return geteuid() != 0 || (setgid(NOBODY) == 0 && setuid(NOBODY) == 0);
 }
 
 bool TakeFolderAway(const Trial& trial, int) {
-    fs::rename(trial.Folder(), "aside");
+    fs::rename(trial.folder, "aside");
     return true;
 }
 
 bool PutFolderInPlace(const Trial& trial, int) {
-    fs::remove(trial.File());
-    fs::create_directories(trial.File() + "/kept");
+    fs::remove(trial.file);
+    fs::create_directories(trial.file + "/kept");
     return true;
 }
 

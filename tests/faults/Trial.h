@@ -28,11 +28,11 @@ public:
     // Makes the file again as it was before, and removes what else lies in its folder.
     void Restore();
 
-    std::string File() const;
-    std::string Folder() const;
     // How many files are in the folder that were not there before.
     long Leftovers() const;
 
+    const std::string file;    // of the operation
+    const std::string folder;  // that it lies in
     // Called before and after the operation itself.
     std::function<void()> arm = [] {};
     std::function<void()> disarm = [] {};
@@ -44,6 +44,7 @@ public:
 private:
     bool Run();
     void Judge(bool isDone, const std::string& fault);
+    bool IsExpected(const std::string& name) const;
 
     Bench& m_bench;
     const Operation& m_operation;

@@ -52,22 +52,11 @@ protected:
 TEST_F(SharedLogTest, KeepsEveryLineWholeAcrossRotations) {
     for (const uint64_t limit : {uint64_t{2000}, uint64_t{50000}, uint64_t{0}}) {
         const std::string path = Path("log" + std::to_string(limit));
-        const LibLoggerSettings settings = Settings(path, limit, 100000);
-        WriteInProcesses(settings);
+        WriteInProcesses(Settings(path, limit, 100000));
         EXPECT_EQ(CountMessages(path), EachMessageOnce(PROCESSES * THREADS, LINES));
-        EXPECT_EQ(exists(path + ".9"), limit != 0);  // it was rotated many times
-    }
-}
-
-TEST_F(SharedLogTest, KeepsTheNumberAndSizeOfFilesAmongManyWriters) {
-    constexpr uint64_t LIMIT = 3000;
-    const std::string path = Path("log");
-    const LibLoggerSettings settings = Settings(path, LIMIT, 3);
-    WriteInProcesses(settings);
-    EXPECT_FALSE(exists(path + ".3"));
-    for (const std::string& file : {path, path + ".1", path + ".2"}) {
-        EXPECT_LE(ReadFile(file).size(), LIMIT);
-        EXPECT_FALSE(Lines(file).empty());
+        if (limit != 0) {  // it was rotated many times
+            EXPECT_LE(std::filesystem::file_size(path + ".9"), limit);
+        }
     }
 }
 
