@@ -9,7 +9,7 @@
 #include <random>
 #include <thread>
 
-#include "tests/faults/Trial.h"
+#include "tests/faults/Family.h"
 #include "tests/support/Processes.h"
 
 namespace {
@@ -85,14 +85,11 @@ bool TryKills(double seconds) {
     prctl(PR_SET_CHILD_SUBREAPER, 1);
     const auto seed = static_cast<unsigned int>(Clock::now().time_since_epoch().count());
     std::mt19937 random(seed);
-    int writers = 0;
-    ForEachOperation(KILL, [&](const Operation&) { ++writers; });
+    const auto each = seconds / static_cast<double>(OperationsWith(KILL).size());
     Bench bench(XML_PARSER, ITEMS);
-    Family family("kills with the seed " + std::to_string(seed));
-    ForEachOperation(KILL, [&](const Operation& operation) {
-        Trial trial(bench, operation);
-        KillWriters(bench, operation, trial, random, seconds / writers);
-        family.Add(operation.name, trial.counts);
-    });
-    return family.End();
+    return TryFamily("kills with the seed " + std::to_string(seed), KILL, bench,
+                     [&](Trial& trial, const Operation& operation) {
+                         KillWriters(bench, operation, trial, random, each);
+                         return true;
+                     });
 }

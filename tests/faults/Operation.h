@@ -1,7 +1,10 @@
 // The operations that faults are tried on. Each is a row of a table.
 #pragma once
 
+#include <algorithm>
+#include <iterator>
 #include <span>
+#include <vector>
 
 #include "tests/faults/Bench.h"
 
@@ -28,13 +31,12 @@ struct Operation {
 std::span<const Operation> XmlOperations();      // CCommonXmlPxd
 std::span<const Operation> LibraryOperations();  // the rest of the library, plug-ins, program
 
-template <typename Visit>
-void ForEachOperation(Faults faults, Visit visit) {
+// Those that are walked by `faults`.
+inline std::vector<Operation> OperationsWith(Faults faults) {
+    std::vector<Operation> chosen;
     for (const auto operations : {XmlOperations(), LibraryOperations()}) {
-        for (const Operation& operation : operations) {
-            if ((operation.faults & faults) != 0) {
-                visit(operation);
-            }
-        }
+        std::copy_if(operations.begin(), operations.end(), std::back_inserter(chosen),
+                     [=](const Operation& operation) { return (operation.faults & faults) != 0; });
     }
+    return chosen;
 }

@@ -7,11 +7,18 @@
 #include <vector>
 
 #include "tests/faults/Operation.h"
-#include "tests/faults/Tally.h"
 
 using Contents = std::optional<std::string>;  // none when there is no file
 
 Contents ContentsOf(const std::string& path);
+
+// What became of faults.
+struct Tally {
+    long tried = 0;
+    long told = 0;
+    long lost = 0;       // neither old nor new, leaked, or thrown
+    long leftovers = 0;  // temporary files of killed processes
+};
 
 class Trial {
 public:
