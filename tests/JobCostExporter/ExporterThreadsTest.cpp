@@ -48,20 +48,20 @@ TEST_F(ExporterThreads, HandlesOnTwoThreadsDoNotDisturbEachOther) {
 
 // Any thread of a host may flush all streams, as the end of the process does.
 TEST_F(ExporterThreads, AnotherThreadMayFlushAllStreams) {
-    std::atomic<bool> done = false;
+    constexpr int FLUSHES = 1'000'000;
+    std::atomic<int> flushes = 0;
+    EXPECT_EQ(0, Open());
     std::thread flusher([&] {
-        while (!done) {
+        for (; flushes < FLUSHES; ++flushes) {
             std::fflush(nullptr);
         }
     });
-    EXPECT_EQ(0, Open());
     std::string expected;
-    for (int row = 0; row < 20'000; ++row) {
+    for (int row = 0; flushes < FLUSHES; ++row) {
         const std::string number = std::to_string(row);
         EXPECT_EQ(0, WriteRow({number.c_str()}));
         expected.append(row == 0 ? "\"" : "\n\"").append(number).append("\"");
     }
-    done = true;
     flusher.join();
     EXPECT_EQ(0, m_exporter.close(m_handle));
     EXPECT_EQ(expected, ReadFile(m_path));
