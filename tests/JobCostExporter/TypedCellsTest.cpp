@@ -79,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(
                     "Australia/Lord_Howe", "Africa/Casablanca", "Pacific/Apia", "Antarctica/Troll",
                     "America/Caracas", ":Europe/London", "right/Europe/Paris",
                     "right/Indian/Chagos", "No/Such_Zone", "CET-1CEST,M3.5.0,M10.5.0/3",
-                    "XXX0YYY,J60/0,J60/1"));  // summer for one hour of the year
+                    "XXX0YYY,J60/0,J60/2"));  // summer for one hour of the year
 
 TEST(DateTimeCells, NoticeAChangedZoneVariable) {
     DateTimeCells cells;

@@ -8,7 +8,6 @@
 #include <cstring>
 #include <ctime>
 #include <filesystem>
-#include <memory>
 #include <regex>
 #include <string_view>
 #include <thread>
@@ -91,33 +90,6 @@ TEST_F(LogLineTest, TellsTheLocalTimeAndItsOffset) {
     const time_t written = timegm(&time) - (5 * 60 + 30) * 60;
     EXPECT_GE(written, before);
     EXPECT_LE(written, after);
-}
-
-TEST_F(LogLineTest, ReadsNoFieldBeyondItsEnd) {
-    // A name that fills its field, with the next field's text right behind it.
-    std::string name = Path("");
-    name.append(200 - name.size(), 'a');
-    std::filesystem::create_directory(name);
-    name += "/" + std::string(59, 'b');
-    ASSERT_EQ(name.size(), 260U);
-    const auto settings = std::make_unique<LibLoggerSettings>(Settings(name));
-    memset(settings->m_moduleName, 'c', sizeof settings->m_moduleName);
-    memcpy(settings->m_separator, "<->", 3);
-    memset(settings->m_reservedText, '>', sizeof settings->m_reservedText);
-    ASSERT_EQ(Log(*settings, "x"), 0);
-    EXPECT_TRUE(ReadFile(name).ends_with("<->info<->CCsvWriter:50<->0<->qvtrelExporter<->x\n"));
-}
-
-TEST_F(LogLineTest, WritesWhatTheLibraryLoggerSends) {
-    CCMLibLogger logger;
-    const std::filesystem::path code = LOGGER_MODULE;
-    const std::string bundle = code.parent_path().parent_path().parent_path();
-    logger.InitLibLogger(Path("log.csv"), "owner", "qvtrelExporter", bundle.c_str());
-    logger.WriteLog("CommonUtility", 7, 'w', 13, "cannot open %s", "it");
-    const std::string text = ReadFile(Path("log.csv"));
-    EXPECT_TRUE(text.ends_with(
-        ",warning,CommonUtility:7,13 (Permission denied),qvtrelExporter,cannot open it\n"))
-        << text;
 }
 
 TEST_F(LogLineTest, LeavesErrnoAndCancellationAlone) {
