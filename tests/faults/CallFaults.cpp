@@ -1,7 +1,7 @@
 // Faults that come within calls, one by one: every call of the parser plug-in fails, in each of the
 // ways that a call can fail, and every allocation, alone or with all that follow.
 #include "CostCountCommon/include/XmlPxdFunctions.h"
-#include "tests/faults/Trial.h"
+#include "tests/faults/Family.h"
 #include "tests/support/CountingParser.h"
 #include "tests/support/FailingAllocation.h"
 
@@ -38,9 +38,7 @@ void FailEach(Trial& trial, const std::string& what, const std::function<void(in
 
 bool TryParserFaults() {
     Bench bench(COUNTING_PARSER, 1);
-    Family family("failing calls of the parser");
-    ForEachOperation(PARSER, [&](const Operation& operation) {
-        Trial trial(bench, operation);
+    return TryFamily("failing calls of the parser", PARSER, bench, [](Trial& trial, auto&) {
         for (const unsigned int error : {unsigned{XMLPXD_INVALID_ARGUMENT},
                                          unsigned{XMLPXD_OUT_OF_MEMORY}, CountingParser::QUIETLY}) {
             // A parser that says nothing of a failure hides what it should have given.
@@ -54,17 +52,14 @@ bool TryParserFaults() {
                     return hasCome;
                 });
         }
-        family.Add(operation.name, trial.counts);
+        return true;
     });
-    return family.End();
 }
 
 bool TryAllocationFaults() {
     using Then = FailingNthAllocation::Then;
     Bench bench(COUNTING_PARSER, 1);
-    Family family("failing allocations");
-    ForEachOperation(MEMORY, [&](const Operation& operation) {
-        Trial trial(bench, operation);
+    return TryFamily("failing allocations", MEMORY, bench, [](Trial& trial, auto&) {
         for (const Then then : {Then::SUCCEED, Then::FAIL}) {
             std::optional<FailingNthAllocation> failing;
             FailEach(
@@ -75,7 +70,6 @@ bool TryAllocationFaults() {
                     return FailingNthAllocation::HasFailed();
                 });
         }
-        family.Add(operation.name, trial.counts);
+        return true;
     });
-    return family.End();
 }

@@ -15,11 +15,12 @@
 
 namespace {
 
+using enum Promise;
+
 constexpr const char* PREFERENCES = "config/Norvane/Tallyquist/preferences";
 constexpr const char* CONFIRM_TIME = "ErrorLogConfirmTime";
 constexpr const char* LOG = GROUP_FOLDER "/own.log";
 constexpr const char* PRINTERS = GROUP_FOLDER "/printer_list.xml";
-constexpr Promise WHOLE = Promise::WHOLE;
 
 std::string Lines(Bench& b, const std::string& head, const std::string& start,
                   const std::string& end) {
@@ -45,14 +46,16 @@ bool ListPlugins(Bench& b) {
     return !names.empty();
 }
 
-void WriteSources(Bench& b) {
+bool WriteSources(Bench& b) {
     WriteFile("from1", Lines(b, "first", "a line that is copied ", ""));
     WriteFile("from2", Lines(b, "second", "another ", ""));
     WriteFile("target/copy", ReadFile("from2"));
+    return true;
 }
-void WritePreferences(Bench& b) {
+bool WritePreferences(Bench& b) {
     WriteFile(PREFERENCES,
               Lines(b, "Another=1", "PreferenceOfAnotherProgram", "=1") + CONFIRM_TIME + "=2\n");
+    return true;
 }
 bool GetPreference(Bench& b) {
     GetPreferenceValue(CONFIRM_TIME, b.second);
@@ -60,8 +63,8 @@ bool GetPreference(Bench& b) {
 }
 
 // The exporter writes in place, so there is no earlier file to keep.
-void RemoveTable(Bench&) {
-    std::filesystem::remove("target/jobs.csv");
+bool RemoveTable(Bench&) {
+    return std::filesystem::remove("target/jobs.csv");
 }
 bool ExportTable(Bench& b) {
     const char* values[] = {b.Written().text.c_str(), "1795250919", "90061"};
@@ -82,8 +85,9 @@ bool ExportTable(Bench& b) {
 }
 
 // A page, so that the next line needs another one of the disk.
-void WriteEarlierLog(Bench&) {
+bool WriteEarlierLog(Bench&) {
     WriteFile(LOG, std::string(4095, 'x') + "\n");
+    return true;
 }
 bool WriteLog(Bench& b) {
     CCMLibLogger logger;
@@ -133,9 +137,10 @@ bool Run(const std::string& arguments) {
     const int status = std::system(line.c_str());
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
-void AddFirstPrinter(Bench& b) {
+bool AddFirstPrinter(Bench& b) {
     std::filesystem::remove(PRINTERS);
-    Run("printers add --serial P0 --model Plotter --port-type ipv4 --port 10.0.0.5 --name en=" +
+    return Run(
+        "printers add --serial P0 --model Plotter --port-type ipv4 --port 10.0.0.5 --name en=" +
         b.records[1].number);
 }
 bool ImportCosts(Bench& b) {
@@ -144,63 +149,58 @@ bool ImportCosts(Bench& b) {
 bool ExportJobs(Bench& b) {
     return Run("export --force -q -o target/exported.csv log" + b.Written().number);
 }
-void WriteTables(Bench& b) {
+bool WriteTables(Bench& b) {
     for (const Records& r : b.records) {
         WriteFile("prices" + r.number, Lines(b, "kind,id,cost", "ink,ink ", ",0." + r.number));
         WriteFile("log" + r.number, Lines(b, "user,job", "user " + r.number + ",", ""));
     }
-    b.variant = 1;
-    ImportCosts(b);
-    ExportJobs(b);
-    b.variant = 0;
+    return ImportCosts(b) && ExportJobs(b);
 }
 
 const Operation OPERATIONS[] = {
-    {"InitializeXmlPxd", nullptr, nullptr,
-     [](Bench&) { return CCommonXmlPxd().InitializeXmlPxd("s", "/", "./parser", false); }, WHOLE,
-     MEMORY},
-    {"GetDataFolderBase", nullptr, nullptr,
+    {"InitializeXmlPxd",
+     [](Bench&) { return CCommonXmlPxd().InitializeXmlPxd("s", "/", "./parser", false); }, MEMORY},
+    {"GetDataFolderBase",
      [](Bench& b) { return CCommonUtility::GetDataFolderBase(MANAGEMENT_DATA_UNIT_COST, &b.out); },
-     WHOLE, MEMORY},
-    {"CreatePipeName", nullptr, nullptr,
-     [](Bench& b) { return CCommonUtility::CreatePipeName("pipe", &b.out); }, WHOLE, MEMORY},
-    {"GetTempFilePath", nullptr, nullptr,
-     [](Bench& b) { return CCommonUtility::GetTempFilePath("base", 1, "ext", &b.out); }, WHOLE,
      MEMORY},
-    {"GetLibPath", nullptr, nullptr,
+    {"CreatePipeName", [](Bench& b) { return CCommonUtility::CreatePipeName("pipe", &b.out); },
+     MEMORY},
+    {"GetTempFilePath",
+     [](Bench& b) { return CCommonUtility::GetTempFilePath("base", 1, "ext", &b.out); }, MEMORY},
+    {"GetLibPath",
      [](Bench& b) {
          return !(b.second = CCommonUtility::GetLibPath(CCommonUtility::PATH_PRINT)).empty();
      },
-     WHOLE, MEMORY},
-    {"GetFileList", nullptr, nullptr, ListPlugins, WHOLE, MEMORY},
-    {"CreateCFString, CFStringToUstring", nullptr, nullptr, ConvertText, WHOLE, MEMORY},
-    {"CopyFile", "target/copy", WriteSources,
-     [](Bench& b) { return CopyFile(b.variant == 0 ? "from1" : "from2", "target/copy", 0); }, WHOLE,
-     MEMORY | SYSTEM | KILL},
+     MEMORY},
+    {"GetFileList", ListPlugins, MEMORY},
+    {"CreateCFString, CFStringToUstring", ConvertText, MEMORY},
+    {"CopyFile",
+     [](Bench& b) { return CopyFile(b.variant == 0 ? "from1" : "from2", "target/copy", 0); },
+     MEMORY | SYSTEM | KILL, "target/copy", WriteSources},
     // There is nobody to tell of a failure to store a preference.
-    {"SetPreferenceValue", PREFERENCES, WritePreferences,
+    {"SetPreferenceValue",
      [](Bench& b) { return SetPreferenceValue(CONFIRM_TIME, b.Written().number.c_str()), true; },
-     Promise::UNTOLD, MEMORY | SYSTEM | KILL},
-    {"GetPreferenceValue", PREFERENCES, WritePreferences, GetPreference, WHOLE, MEMORY},
-    {"DataExporterCreate ... Dispose", "target/jobs.csv", RemoveTable, ExportTable, Promise::GONE,
-     MEMORY | SYSTEM},
-    {"InitLibLogger, alWrite", LOG, WriteEarlierLog, WriteLog, WHOLE, MEMORY | SYSTEM},
-    {"CBntMessageReader", nullptr, nullptr, ReadMessage, WHOLE, MEMORY},
-    {"CreateEvent, WaitForMultipleObjects", nullptr, nullptr, WaitForEvents, WHOLE, MEMORY},
-    {"CEventHandle", nullptr, nullptr, WaitForEvent, WHOLE, MEMORY},
-    {"StartThread, WaitForSingleObject", nullptr, nullptr, RunThread, WHOLE, MEMORY},
-    {"CNamedLock", nullptr, nullptr, TakeLock, WHOLE, MEMORY},
+     MEMORY | SYSTEM | KILL, PREFERENCES, WritePreferences, UNTOLD},
+    {"GetPreferenceValue", GetPreference, MEMORY, PREFERENCES, WritePreferences},
+    {"DataExporterCreate ... Dispose", ExportTable, MEMORY | SYSTEM, "target/jobs.csv", RemoveTable,
+     GONE},
+    {"InitLibLogger, alWrite", WriteLog, MEMORY | SYSTEM, LOG, WriteEarlierLog},
+    {"CBntMessageReader", ReadMessage, MEMORY},
+    {"CreateEvent, WaitForMultipleObjects", WaitForEvents, MEMORY},
+    {"CEventHandle", WaitForEvent, MEMORY},
+    {"StartThread, WaitForSingleObject", RunThread, MEMORY},
+    {"CNamedLock", TakeLock, MEMORY},
 
-    {"settings set", GROUP_FOLDER "/CMSystemSetting.cfg", nullptr,
-     [](Bench& b) { return Run("settings set MaxDetch " + b.Written().number); }, WHOLE,
-     SYSTEM | KILL},
-    {"printers add", PRINTERS, AddFirstPrinter,
+    {"settings set", [](Bench& b) { return Run("settings set MaxDetch " + b.Written().number); },
+     SYSTEM | KILL, GROUP_FOLDER "/CMSystemSetting.cfg"},
+    {"printers add",
      [](Bench&) { return Run("printers add --serial P1 --model M --port-type usb --port 1"); },
-     WHOLE, SYSTEM},
-    {"printers set", PRINTERS, AddFirstPrinter,
-     [](Bench& b) { return Run("printers set P0 --name en=" + b.Written().number); }, WHOLE, KILL},
-    {"costs import", LOCAL_FOLDER "/Cost/Office", WriteTables, ImportCosts, WHOLE, SYSTEM | KILL},
-    {"export -o", "target/exported.csv", WriteTables, ExportJobs, WHOLE, SYSTEM | KILL},
+     SYSTEM, PRINTERS, AddFirstPrinter},
+    {"printers set",
+     [](Bench& b) { return Run("printers set P0 --name en=" + b.Written().number); }, KILL,
+     PRINTERS, AddFirstPrinter},
+    {"costs import", ImportCosts, SYSTEM | KILL, LOCAL_FOLDER "/Cost/Office", WriteTables},
+    {"export -o", ExportJobs, SYSTEM | KILL, "target/exported.csv", WriteTables},
 };
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <csignal>
 #include <cstdlib>
 
-#include "tests/faults/Tally.h"
+#include "tests/faults/Family.h"
 
 int main(int argc, char** argv) {
     if (argc != 2) {

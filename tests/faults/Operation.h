@@ -1,7 +1,10 @@
 // The operations that faults are tried on. Each is a row of a table.
 #pragma once
 
+#include <algorithm>
+#include <iterator>
 #include <span>
+#include <vector>
 
 #include "tests/faults/Bench.h"
 
@@ -18,25 +21,22 @@ enum Faults : unsigned int { PARSER = 1, MEMORY = 2, SYSTEM = 4, KILL = 8 };
 
 struct Operation {
     const char* name;
-    const char* file;  // what it reads or writes, below the bench's folder, or null
-    // Makes the file as it is before. Null: as the operation itself makes it of the other variant.
-    void (*prepare)(Bench& bench);
-    // False when a failure was told.
-    bool (*run)(Bench& bench);
-    Promise promise;
-    unsigned int faults;  // that it is walked by
+    bool (*run)(Bench& bench);          // false when a failure was told
+    unsigned int faults;                // that it is walked by
+    const char* file = nullptr;         // what it reads or writes, below the bench's folder
+    bool (*prepare)(Bench&) = nullptr;  // makes the file as it is before; null: `run` does
+    Promise promise = Promise::WHOLE;
 };
 
 std::span<const Operation> XmlOperations();      // CCommonXmlPxd
 std::span<const Operation> LibraryOperations();  // the rest of the library, plug-ins, program
 
-template <typename Visit>
-void ForEachOperation(Faults faults, Visit visit) {
+// Those that are walked by `faults`.
+inline std::vector<Operation> OperationsWith(Faults faults) {
+    std::vector<Operation> chosen;
     for (const auto operations : {XmlOperations(), LibraryOperations()}) {
-        for (const Operation& operation : operations) {
-            if ((operation.faults & faults) != 0) {
-                visit(operation);
-            }
-        }
+        std::copy_if(operations.begin(), operations.end(), std::back_inserter(chosen),
+                     [=](const Operation& operation) { return (operation.faults & faults) != 0; });
     }
+    return chosen;
 }

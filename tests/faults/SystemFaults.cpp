@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "tests/faults/Trial.h"
+#include "tests/faults/Family.h"
 
 namespace fs = std::filesystem;
 
@@ -20,14 +20,12 @@ constexpr int LIMITS = 64;
 constexpr uid_t NOBODY = 65534;
 
 // Free pages of the disk; from there on there is room for the file and what it is made of.
-int PageSteps(const Trial& trial) {
+int Pages(const Trial& trial) {
     return static_cast<int>(trial.after.value_or("").size() / PAGE) + 2;
 }
-int LimitSteps(const Trial&) {
-    return LIMITS;
-}
-int OneStep(const Trial&) {
-    return 1;
+template <int STEPS>
+int Always(const Trial&) {
+    return STEPS;
 }
 
 // A name space of its own, in which this process may mount.
@@ -48,14 +46,14 @@ bool LeaveNameSpace() {
 // A disk of its own in place of the folder, with what was in there and a page more, that has so
 // many pages left.
 bool FillDisk(const Trial& trial, int freePages) {
-    fs::rename(trial.Folder(), "aside");
-    fs::create_directory(trial.Folder());
+    fs::rename(trial.folder, "aside");
+    fs::create_directory(trial.folder);
     if (!LeaveNameSpace() ||
-        mount("none", trial.Folder().c_str(), "tmpfs", 0, "size=64m,mode=755") != 0) {
+        mount("none", trial.folder.c_str(), "tmpfs", 0, "size=64m,mode=755") != 0) {
         return false;
     }
-    fs::copy("aside", trial.Folder());
-    const std::string filling = trial.Folder() + "/filling";
+    fs::copy("aside", trial.folder);
+    const std::string filling = trial.folder + "/filling";
     {
         std::ofstream file(filling);
         const std::string page(PAGE, 'x');
@@ -81,18 +79,18 @@ bool ProtectFolder(const Trial& trial, int) {
             }
         }
     }
-    fs::permissions(trial.Folder(), fs::perms(0555));
+    fs::permissions(trial.folder, fs::perms(0555));
     return geteuid() != 0 || (setgid(NOBODY) == 0 && setuid(NOBODY) == 0);
 }
 
 bool TakeFolderAway(const Trial& trial, int) {
-    fs::rename(trial.Folder(), "aside");
+    fs::rename(trial.folder, "aside");
     return true;
 }
 
 bool PutFolderInPlace(const Trial& trial, int) {
-    fs::remove(trial.File());
-    fs::create_directories(trial.File() + "/kept");
+    fs::remove(trial.file);
+    fs::create_directories(trial.file + "/kept");
     return true;
 }
 
@@ -103,11 +101,11 @@ struct Hindrance {
 };
 
 constexpr Hindrance HINDRANCES[] = {
-    {"a full disk", PageSteps, FillDisk},
-    {"a limit on the size of files", LimitSteps, LimitFileSize},
-    {"a folder that is read-only", OneStep, ProtectFolder},
-    {"a folder that is missing", OneStep, TakeFolderAway},
-    {"a folder in the file's place", OneStep, PutFolderInPlace},
+    {"a full disk", Pages, FillDisk},
+    {"a limit on the size of files", Always<LIMITS>, LimitFileSize},
+    {"a folder that is read-only", Always<1>, ProtectFolder},
+    {"a folder that is missing", Always<1>, TakeFolderAway},
+    {"a folder in the file's place", Always<1>, PutFolderInPlace},
 };
 
 }  // namespace
@@ -116,25 +114,18 @@ bool TrySystemFaults() {
     bool isWell = true;
     for (const Hindrance& hindrance : HINDRANCES) {
         Bench bench(XML_PARSER, ITEMS);
-        Family family(hindrance.name);
-        bool isPossible = true;
-        ForEachOperation(SYSTEM, [&](const Operation& operation) {
-            Trial trial(bench, operation);
-            const int steps = isPossible ? hindrance.steps(trial) : 0;
+        const auto attempt = [&](Trial& trial, const Operation&) {
+            bool isPossible = true;
+            const int steps = hindrance.steps(trial);
             for (int step = 0; step < steps && isPossible; ++step) {
                 const std::string fault =
                     std::string(hindrance.name).append(" ").append(std::to_string(step));
                 isPossible =
                     trial.AttemptInChild(fault, [&] { return hindrance.impose(trial, step); });
             }
-            if (isPossible) {
-                family.Add(operation.name, trial.counts);
-            }
-        });
-        if (!isPossible) {
-            Report("not possible here: %s\n", hindrance.name);
-        }
-        isWell = family.End() && isWell;
+            return isPossible;
+        };
+        isWell = TryFamily(hindrance.name, SYSTEM, bench, attempt) && isWell;
     }
     return isWell;
 }

@@ -1,13 +1,10 @@
 #include "tests/faults/Trial.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cctype>
 #include <cstdio>
 #include <filesystem>
+#include <regex>
 #include <stdexcept>
-#include <utility>
 
 #include "tests/support/Processes.h"
 
@@ -17,22 +14,8 @@ namespace {
 
 constexpr const char* USER_COPY = GROUP_FOLDER "/CMSystemSetting.cfg";
 constexpr const char* ASIDE = "aside";
-constexpr unsigned int MOST_SECONDS = 60;  // for an attempt in a child process
 
 enum ExitCode : int { TOLD = 1, LOST = 2, NOT_POSSIBLE = 4 };
-
-// Times and numbers of processes are not the same twice.
-std::string WithoutNumbers(const std::string& text) {
-    std::string masked;
-    for (const char character : text) {
-        if (std::isdigit(static_cast<unsigned char>(character)) == 0) {
-            masked += character;
-        } else if (!masked.ends_with('0')) {
-            masked += '0';
-        }
-    }
-    return masked;
-}
 
 std::vector<std::string> NamesIn(const std::string& folder) {
     std::vector<std::string> names;
@@ -57,10 +40,17 @@ Contents ContentsOf(const std::string& path) {
     if (!fs::exists(path)) {
         return std::nullopt;
     }
-    return path.ends_with(".log") ? WithoutNumbers(ReadFile(path)) : ReadFile(path);
+    // Times and numbers of processes are not the same twice.
+    static const std::regex NUMBER("[0-9]+");
+    const std::string text = ReadFile(path);
+    return path.ends_with(".log") ? std::regex_replace(text, NUMBER, "0") : text;
 }
 
-Trial::Trial(Bench& bench, const Operation& operation) : m_bench(bench), m_operation(operation) {
+Trial::Trial(Bench& bench, const Operation& operation)
+    : file(operation.file == nullptr ? "" : bench.folder.Path(operation.file)),
+      folder(fs::path(file).parent_path()),
+      m_bench(bench),
+      m_operation(operation) {
     const auto require = [&](bool isDone) {
         if (!isDone || m_hasThrown) {
             throw std::runtime_error(std::string(operation.name).append(" fails without a fault"));
@@ -68,20 +58,16 @@ Trial::Trial(Bench& bench, const Operation& operation) : m_bench(bench), m_opera
     };
     m_bench.Begin();
     m_bench.variant = 1;
-    if (operation.prepare != nullptr) {
-        operation.prepare(m_bench);
-    } else {
-        require(operation.run(m_bench));
-    }
+    (operation.prepare != nullptr ? operation.prepare : operation.run)(m_bench);
     m_bench.variant = 0;
     m_bench.End();
     m_bench.Begin();
     m_bench.End();
     m_values = {m_bench.Value()};
-    before = ContentsOf(File());
-    m_expected = NamesIn(Folder());
+    before = ContentsOf(file);
+    m_expected = NamesIn(folder);
     require(Run());
-    after = ContentsOf(File());
+    after = ContentsOf(file);
     // A writer that changes nothing would pass whatever it left.
     require((operation.faults & (SYSTEM | KILL)) == 0 || before != after);
     m_values.push_back(m_bench.Value());
@@ -93,27 +79,22 @@ Trial::Trial(Bench& bench, const Operation& operation) : m_bench(bench), m_opera
         fs::rename(ASIDE, USER_COPY);
     }
     if ((operation.faults & SYSTEM) != 0) {
-        fs::rename(Folder(), ASIDE);
-        m_fromNothing = Run() ? ContentsOf(File()) : std::nullopt;
+        fs::rename(folder, ASIDE);
+        m_fromNothing = Run() ? ContentsOf(file) : std::nullopt;
     }
     Restore();
     m_bench.Forget();
 }
 
-std::string Trial::File() const {
-    return m_operation.file == nullptr ? "" : m_bench.folder.Path(m_operation.file);
-}
-
-std::string Trial::Folder() const {
-    return fs::path(File()).parent_path();
-}
-
 long Trial::Leftovers() const {
-    const std::vector<std::string> names = NamesIn(Folder());
-    const std::string own = fs::path(File()).filename();
+    const std::vector<std::string> names = NamesIn(folder);
     return std::count_if(names.begin(), names.end(), [&](const std::string& name) {
-        return name != own && !std::binary_search(m_expected.begin(), m_expected.end(), name);
+        return folder + "/" + name != file && !IsExpected(name);
     });
+}
+
+bool Trial::IsExpected(const std::string& name) const {
+    return std::binary_search(m_expected.begin(), m_expected.end(), name);
 }
 
 bool Trial::Run() {
@@ -143,7 +124,7 @@ void Trial::Judge(bool isDone, const std::string& fault) {
     counts.told += isDone ? 0 : 1;
     Require(!m_hasThrown, fault, "an exception came out");
     Require(Leftovers() == 0, fault, "another file was left");
-    const Contents now = ContentsOf(File());
+    const Contents now = ContentsOf(file);
     const bool isOld = now == before;
     const bool isNew = now == after || (!before && now && now == m_fromNothing);
     const bool isGone = !now && m_operation.promise == Promise::GONE;
@@ -170,13 +151,12 @@ void Trial::Attempt(const std::string& fault) {
 
 bool Trial::AttemptInChild(const std::string& fault, const std::function<bool()>& impose) {
     ChildProcess child([&] {
-        alarm(MOST_SECONDS);
         counts = {};
         if (!impose()) {
             return int{NOT_POSSIBLE};
         }
-        before = ContentsOf(File());
-        m_expected = NamesIn(Folder());
+        before = ContentsOf(file);
+        m_expected = NamesIn(folder);
         Attempt(fault);
         return (counts.told != 0 ? TOLD : 0) | (counts.lost != 0 ? LOST : 0);
     });
@@ -199,21 +179,21 @@ void Trial::Restore() {
         return;
     }
     if (fs::exists(ASIDE)) {
-        fs::remove_all(Folder());
-        fs::rename(ASIDE, Folder());
+        fs::remove_all(folder);
+        fs::rename(ASIDE, folder);
     }
-    if ((fs::status(Folder()).permissions() & fs::perms::owner_write) == fs::perms::none) {
-        fs::permissions(Folder(), fs::perms(0755));
+    if ((fs::status(folder).permissions() & fs::perms::owner_write) == fs::perms::none) {
+        fs::permissions(folder, fs::perms(0755));
     }
-    for (const std::string& name : NamesIn(Folder())) {
-        if (!std::binary_search(m_expected.begin(), m_expected.end(), name)) {
-            fs::remove_all(Folder() + "/" + name);
+    for (const std::string& name : NamesIn(folder)) {
+        if (!IsExpected(name)) {
+            fs::remove_all(folder + "/" + name);
         }
     }
-    if (ContentsOf(File()) != before) {
-        fs::remove_all(File());
+    if (ContentsOf(file) != before) {
+        fs::remove_all(file);
         if (before) {
-            WriteFile(File(), *before);
+            WriteFile(file, *before);
         }
     }
 }

@@ -7,11 +7,18 @@
 #include <vector>
 
 #include "tests/faults/Operation.h"
-#include "tests/faults/Tally.h"
 
 using Contents = std::optional<std::string>;  // none when there is no file
 
 Contents ContentsOf(const std::string& path);
+
+// What became of faults.
+struct Tally {
+    long tried = 0;
+    long told = 0;
+    long lost = 0;       // neither old nor new, leaked, or thrown
+    long leftovers = 0;  // temporary files of killed processes
+};
 
 class Trial {
 public:
@@ -28,11 +35,11 @@ public:
     // Makes the file again as it was before, and removes what else lies in its folder.
     void Restore();
 
-    std::string File() const;
-    std::string Folder() const;
     // How many files are in the folder that were not there before.
     long Leftovers() const;
 
+    const std::string file;    // of the operation
+    const std::string folder;  // that it lies in
     // Called before and after the operation itself.
     std::function<void()> arm = [] {};
     std::function<void()> disarm = [] {};
@@ -44,6 +51,7 @@ public:
 private:
     bool Run();
     void Judge(bool isDone, const std::string& fault);
+    bool IsExpected(const std::string& name) const;
 
     Bench& m_bench;
     const Operation& m_operation;

@@ -6,8 +6,8 @@
 
 namespace {
 
+using enum Promise;
 using Xml = CCommonXmlPxd;
-using Bytes = const unsigned char*;
 
 constexpr unsigned int FAILED = 0xFFFFFFFF;
 constexpr const char* USER = GROUP_FOLDER "/CMSystemSetting.cfg";
@@ -18,8 +18,6 @@ constexpr const char* COSTS = "target/file";
 constexpr const char* CAPS = LOCAL_FOLDER "/PrinterCaps/file";
 constexpr unsigned int READS = PARSER | MEMORY;
 constexpr unsigned int WRITES = PARSER | MEMORY | SYSTEM | KILL;
-constexpr Promise WHOLE = Promise::WHOLE;
-constexpr Promise PARTIAL = Promise::PARTIAL;
 
 template <bool (Xml::*GET)(std::string*)>
 bool Get(Bench& b) {
@@ -35,6 +33,16 @@ bool GetRetryData(Bench& b) {
 bool WriteDb(Bench& b) {
     return b.xml->CreateDBSettingFile("target", b.Written().text, "0") == 0;
 }
+bool WriteGroupDb(Bench& b) {
+    return b.xml->CreateDBSettingFile(GROUP_FOLDER, "path", "0") == 0;
+}
+bool RemoveDb(Bench&) {
+    return std::filesystem::remove(DB);
+}
+bool EmptyDb(Bench&) {
+    WriteFile(DB, ReadFile(CCommonUtility::GetDefaultDBSettingsFilePath()));
+    return true;
+}
 bool WritePrinters(Bench& b) {
     return b.xml->CreatePrinterListFile(PRINTERS, b.Written().printers) != FAILED;
 }
@@ -44,20 +52,6 @@ bool WriteCosts(Bench& b) {
 bool WriteCaps(Bench& b) {
     return b.xml->CreatePrinterCapsFile(b.name, b.Written().caps) == 0;
 }
-template <bool (*WRITE)(Bench&)>
-void Written(Bench& b) {
-    WRITE(b);
-}
-void GroupDb(Bench& b) {
-    b.xml->CreateDBSettingFile(GROUP_FOLDER, "path", "0");
-}
-void NoDb(Bench&) {
-    std::filesystem::remove(DB);
-}
-void EmptyDb(Bench&) {
-    WriteFile(DB, ReadFile(CCommonUtility::GetDefaultDBSettingsFilePath()));
-}
-void AsItIs(Bench&) {}
 
 bool StepToPrinter(Bench& b) {
     void* document = nullptr;
@@ -71,19 +65,6 @@ bool StepToPrinter(Bench& b) {
     return printer != nullptr;
 }
 
-template <typename Build>
-bool BuildFor(Bench& b, Build build) {
-    return build(b.records[0].printers.front()) != FAILED;
-}
-bool BuildGet(Bench& b) {
-    return BuildFor(
-        b, [&](auto& p) { return b.xml->CreateBNTGetCommand(&b.out, BNTCOMMAND_HIGH, p, 1); });
-}
-bool BuildExport(Bench& b) {
-    return BuildFor(b, [&](auto& p) {
-        return b.xml->CreateBNTScheduledExportCommand(&b.out, BNTCOMMAND_HIGH, p, 1);
-    });
-}
 bool BuildRequest(Bench& b) {
     return b.xml->CreateBNTRequestCommand(&b.out, BNTCOMMAND_REQUEST_START, BNTCOMMAND_HIGH, true,
                                           1, "event") != FAILED;
@@ -92,105 +73,112 @@ bool BuildRequest(Bench& b) {
 // word alone would change the message.
 template <bool IS_BNT>
 bool BuildResult(Bench& b) {
-    return BuildFor(b, [&](auto& p) {
-        return b.xml->CreateResultCommand(&b.out, p, BNTRESULT_SUCCESS_NEW, IS_BNT, false, true);
-    });
+    return b.xml->CreateResultCommand(&b.out, b.Printer(), BNTRESULT_SUCCESS_NEW, IS_BNT, false,
+                                      true) != FAILED;
+}
+const unsigned char* BytesOf(const std::string& message) {
+    return reinterpret_cast<const unsigned char*>(message.data());
 }
 bool ParseResult(Bench& b) {
     bool last = false;
     bool ipChanged = false;
-    return b.xml->ParseBNTResult(b.out, b.second, last, reinterpret_cast<Bytes>(b.result.data()),
-                                 b.result.size(), &b.err, &ipChanged);
+    return b.xml->ParseBNTResult(b.out, b.second, last, BytesOf(b.result), b.result.size(), &b.err,
+                                 &ipChanged);
 }
 
 const Operation OPERATIONS[] = {
-    {"GetElementValueSysCommSettingFile", USER, AsItIs,
+    {"GetElementValueSysCommSettingFile",
      [](Bench& b) { return b.xml->GetElementValueSysCommSettingFile(XMLTAG_SYS_MAXDETCH, &b.out); },
-     WHOLE, READS},
-    {"GetServiceName", USER, AsItIs, Get<&Xml::GetServiceName>, WHOLE, READS},
-    {"GetBaseTick", USER, AsItIs, Get<&Xml::GetBaseTick>, WHOLE, READS},
-    {"GetErrLogLevel", USER, AsItIs, Get<&Xml::GetErrLogLevel>, WHOLE, READS},
-    {"GetPrinterListFilePath", USER, AsItIs, Get<&Xml::GetPrinterListFilePath>, WHOLE, READS},
-    {"GetDBSettingFilePath", USER, AsItIs, Get<&Xml::GetDBSettingFilePath>, WHOLE, READS},
-    {"GetErrLogFilePath", USER, AsItIs, Get<&Xml::GetErrLogFilePath>, WHOLE, READS},
-    {"GetScheduledExportSettingFilePath", USER, AsItIs,
-     Get<&Xml::GetScheduledExportSettingFilePath>, WHOLE, READS},
-    {"GetScheduledExportLogFilePath", USER, AsItIs, Get<&Xml::GetScheduledExportLogFilePath>, WHOLE,
-     READS},
-    {"GetBNTPipeName", USER, AsItIs,
-     [](Bench& b) { return b.xml->GetBNTPipeName(&b.out, &b.second, true); }, WHOLE, READS},
-    {"GetDetchPipeName", nullptr, nullptr, Get<&Xml::GetDetchPipeName>, WHOLE, MEMORY},
-    {"GetRetryData", USER, AsItIs, GetRetryData, PARTIAL, READS},
-    {"SetElementBySysComSettingValue", USER, AsItIs,
+     READS, USER},
+    {"GetServiceName", Get<&Xml::GetServiceName>, READS, USER},
+    {"GetBaseTick", Get<&Xml::GetBaseTick>, READS, USER},
+    {"GetErrLogLevel", Get<&Xml::GetErrLogLevel>, READS, USER},
+    {"GetPrinterListFilePath", Get<&Xml::GetPrinterListFilePath>, READS, USER},
+    {"GetDBSettingFilePath", Get<&Xml::GetDBSettingFilePath>, READS, USER},
+    {"GetErrLogFilePath", Get<&Xml::GetErrLogFilePath>, READS, USER},
+    {"GetScheduledExportSettingFilePath", Get<&Xml::GetScheduledExportSettingFilePath>, READS,
+     USER},
+    {"GetScheduledExportLogFilePath", Get<&Xml::GetScheduledExportLogFilePath>, READS, USER},
+    {"GetBNTPipeName", [](Bench& b) { return b.xml->GetBNTPipeName(&b.out, &b.second, true); },
+     READS, USER},
+    {"GetDetchPipeName", Get<&Xml::GetDetchPipeName>, MEMORY},
+    {"GetRetryData", GetRetryData, READS, USER, nullptr, PARTIAL},
+    {"SetElementBySysComSettingValue",
      [](Bench& b) {
          return b.xml->SetElementBySysComSettingValue(b.root, XMLTAG_DB_JOBLOGDB_PATH,
                                                       XMLTAG_SYS_ACTIONLOGPATH);
      },
-     WHOLE, READS},
+     READS, USER},
 
-    {"CreateDBSettingFile", DB, nullptr, WriteDb, WHOLE, WRITES},
-    {"GetDBSetting", DB, Written<WriteDb>,
-     [](Bench& b) { return b.xml->GetDBSetting("target", &b.out, &b.second); }, WHOLE, READS},
-    {"GetElementValueDBSettingFile", GROUP_DB, GroupDb,
+    {"CreateDBSettingFile", WriteDb, WRITES, DB},
+    {"GetDBSetting", [](Bench& b) { return b.xml->GetDBSetting("target", &b.out, &b.second); },
+     READS, DB, WriteDb},
+    {"GetElementValueDBSettingFile",
      [](Bench& b) { return b.xml->GetElementValueDBSettingFile(XMLTAG_DB_JOBLOGDB_PATH, &b.out); },
-     WHOLE, READS},
-    {"SetElementByDBSettingValue", GROUP_DB, GroupDb,
+     READS, GROUP_DB, WriteGroupDb},
+    {"SetElementByDBSettingValue",
      [](Bench& b) {
          return b.xml->SetElementByDBSettingValue(b.root, XMLTAG_DB_JOBLOGDB_PATH,
                                                   XMLTAG_DB_JOBLOGDB_PATH);
      },
-     WHOLE, READS},
-    {"CCommonUtility::CreateDBSettingFile", DB, nullptr,
+     READS, GROUP_DB, WriteGroupDb},
+    {"CCommonUtility::CreateDBSettingFile",
      [](Bench& b) {
          return CCommonUtility::CreateDBSettingFile("target", b.Written().text, "0") == 0;
      },
-     WHOLE, READS},
-    {"CCommonUtility::GetDBSetting", DB, Written<WriteDb>,
-     [](Bench& b) { return CCommonUtility::GetDBSetting("target", &b.out, &b.second); }, WHOLE,
-     READS},
-    {"CheckDBSettingFile", DB, NoDb,
-     [](Bench&) { return CCommonUtility::CheckDBSettingFile("target"); }, Promise::KEPT,
-     READS | SYSTEM},
-    {"initializeDBPath", DB, EmptyDb,
-     [](Bench&) { return CCommonUtility::initializeDBPath("target"); }, WHOLE, READS | SYSTEM},
+     READS, DB},
+    {"CCommonUtility::GetDBSetting",
+     [](Bench& b) { return CCommonUtility::GetDBSetting("target", &b.out, &b.second); }, READS, DB,
+     WriteDb},
+    {"CheckDBSettingFile", [](Bench&) { return CCommonUtility::CheckDBSettingFile("target"); },
+     READS | SYSTEM, DB, RemoveDb, KEPT},
+    {"initializeDBPath", [](Bench&) { return CCommonUtility::initializeDBPath("target"); },
+     READS | SYSTEM, DB, EmptyDb},
 
-    {"CreatePrinterListFile", PRINTERS, nullptr, WritePrinters, WHOLE, WRITES},
-    {"GetPrinterList", PRINTERS, Written<WritePrinters>,
-     [](Bench& b) { return b.xml->GetPrinterList(PRINTERS, &b.printers); }, WHOLE, READS},
-    {"GetPrinterElements", PRINTERS, Written<WritePrinters>, StepToPrinter, PARTIAL, READS},
-    {"CreateUnitCostFile", COSTS, nullptr, WriteCosts, WHOLE, WRITES},
-    {"GetUnitCost", COSTS, Written<WriteCosts>,
-     [](Bench& b) { return b.xml->GetUnitCost(b.name, "target/", b.costs); }, PARTIAL, READS},
+    {"CreatePrinterListFile", WritePrinters, WRITES, PRINTERS},
+    {"GetPrinterList", [](Bench& b) { return b.xml->GetPrinterList(PRINTERS, &b.printers); }, READS,
+     PRINTERS, WritePrinters},
+    {"GetPrinterElements", StepToPrinter, READS, PRINTERS, WritePrinters, PARTIAL},
+    {"CreateUnitCostFile", WriteCosts, WRITES, COSTS},
+    {"GetUnitCost", [](Bench& b) { return b.xml->GetUnitCost(b.name, "target/", b.costs); }, READS,
+     COSTS, WriteCosts, PARTIAL},
     // Deliberately tells of a failed save only.
-    {"CreatePrinterCapsFile", CAPS, nullptr, WriteCaps, Promise::UNTOLD, WRITES},
-    {"GetPrinterCaps", CAPS, Written<WriteCaps>,
-     [](Bench& b) { return b.xml->GetPrinterCaps(b.name, b.caps); }, PARTIAL, READS},
-    {"GetUserSetting", nullptr, nullptr, [](Bench& b) { return b.xml->GetUserSetting(b.settings); },
-     PARTIAL, READS},
+    {"CreatePrinterCapsFile", WriteCaps, WRITES, CAPS, nullptr, UNTOLD},
+    {"GetPrinterCaps", [](Bench& b) { return b.xml->GetPrinterCaps(b.name, b.caps); }, READS, CAPS,
+     WriteCaps, PARTIAL},
+    {"GetUserSetting", [](Bench& b) { return b.xml->GetUserSetting(b.settings); }, READS, nullptr,
+     nullptr, PARTIAL},
 
-    {"CreateBNTGetCommand", nullptr, nullptr, BuildGet, WHOLE, READS},
-    {"CreateBNTScheduledExportCommand", nullptr, nullptr, BuildExport, WHOLE, READS},
-    {"CreateBNTEndCommand", nullptr, nullptr,
-     [](Bench& b) { return b.xml->CreateBNTEndCommand(&b.out, 1) != FAILED; }, WHOLE, READS},
-    {"CreateBNTRequestCommand", nullptr, nullptr, BuildRequest, WHOLE, READS},
-    {"CreateBNTRetCommand", nullptr, nullptr,
+    {"CreateBNTGetCommand",
+     [](Bench& b) {
+         return b.xml->CreateBNTGetCommand(&b.out, BNTCOMMAND_HIGH, b.Printer(), 1) != FAILED;
+     },
+     READS},
+    {"CreateBNTScheduledExportCommand",
+     [](Bench& b) {
+         return b.xml->CreateBNTScheduledExportCommand(&b.out, BNTCOMMAND_HIGH, b.Printer(), 1) !=
+                FAILED;
+     },
+     READS},
+    {"CreateBNTEndCommand",
+     [](Bench& b) { return b.xml->CreateBNTEndCommand(&b.out, 1) != FAILED; }, READS},
+    {"CreateBNTRequestCommand", BuildRequest, READS},
+    {"CreateBNTRetCommand",
      [](Bench& b) { return b.xml->CreateBNTRetCommand(&b.out, BNTCMDRET_OK, "p") != FAILED; },
-     WHOLE, READS},
-    {"CreateResultCommand of BNT", nullptr, nullptr, BuildResult<true>, WHOLE, READS},
-    {"CreateResultCommand of Detch", nullptr, nullptr, BuildResult<false>, WHOLE, READS},
-    {"ParseBNTCommand", nullptr, nullptr,
+     READS},
+    {"CreateResultCommand of BNT", BuildResult<true>, READS},
+    {"CreateResultCommand of Detch", BuildResult<false>, READS},
+    {"ParseBNTCommand",
      [](Bench& b) {
-         return b.xml->ParseBNTCommand(b.parsed, reinterpret_cast<Bytes>(b.command.data()),
-                                       b.command.size(), &b.err);
+         return b.xml->ParseBNTCommand(b.parsed, BytesOf(b.command), b.command.size(), &b.err);
      },
-     WHOLE, READS},
-    {"ParseBNTCmdRet", nullptr, nullptr,
+     READS},
+    {"ParseBNTCmdRet",
      [](Bench& b) {
-         return b.xml->ParseBNTCmdRet(b.out, b.second, reinterpret_cast<Bytes>(b.reply.data()),
-                                      b.reply.size(), &b.err);
+         return b.xml->ParseBNTCmdRet(b.out, b.second, BytesOf(b.reply), b.reply.size(), &b.err);
      },
-     WHOLE, READS},
-    {"ParseBNTResult", nullptr, nullptr, ParseResult, WHOLE, READS},
+     READS},
+    {"ParseBNTResult", ParseResult, READS},
 };
 
 }  // namespace

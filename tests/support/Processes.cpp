@@ -13,6 +13,7 @@
 
 ChildProcess::ChildProcess(const std::function<int()>& body) : m_id(fork()) {
     if (m_id == 0) {
+        alarm(60);  // ends a child that hangs, and one that a killed test left behind
         _exit(body());
     }
 }

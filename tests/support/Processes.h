@@ -7,7 +7,7 @@
 #include <string>
 
 // A process that runs `body` and ends with its result, killed and waited for at the end of the
-// scope at the latest.
+// scope, or after a minute, at the latest.
 class ChildProcess {
 public:
     explicit ChildProcess(const std::function<int()>& body);

@@ -5,9 +5,11 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <functional>
 #include <thread>
 
 #include "tests/plugins/zopmekLogger/LoggerFixture.h"
+#include "tests/support/Processes.h"
 
 namespace {
 
@@ -43,8 +45,8 @@ TEST_F(ForkedLogTest, ChildrenLogAtOnce) {
     LibLoggerSettings settings = Settings(Path("log"), 5000, 100000);
     int failures = 0;
     ForkAmongThreads(CHILDREN, busy, [&](int number) {
-        const pid_t child = StartChild([&] { return Log(settings, NumberedMessage(0, number)); });
-        failures += WaitForChild(child) != 0 ? 1 : 0;
+        ChildProcess child([&] { return Log(settings, NumberedMessage(0, number)); });
+        failures += child.Wait() != 0 ? 1 : 0;
     });
     EXPECT_EQ(failures, 0);
     EXPECT_EQ(CountMessages(Path("log")), EachMessageOnce(1, CHILDREN));
@@ -57,22 +59,25 @@ TEST_F(ForkedLogTest, IdleChildrenHoldNoLockOfAKilledParent) {
     constexpr int CHILDREN = 3;
     LibLoggerSettings settings = Settings(Path("log"));
     for (int round = 0; round < ROUNDS; ++round) {
-        const pid_t parent = StartChild([&] {
+        ChildProcess parent([&] {
             setpgid(0, 0);
             ForkAmongThreads(CHILDREN, settings, [&](int number) {
                 usleep(1000);  // the threads get going
-                StartChild(pause);
+                if (fork() == 0) {
+                    _exit(pause());
+                }
                 if (number == CHILDREN - 1) {
                     kill(getpid(), SIGKILL);
                 }
             });
             return 0;
         });
-        EXPECT_EQ(WaitForChild(parent), -SIGKILL);
+        const pid_t group = parent.Id();
+        EXPECT_EQ(parent.Wait(), -1);
         const int file = open(Path("log").c_str(), O_RDWR);
         const bool unlocked = flock(file, LOCK_EX | LOCK_NB) == 0;
         close(file);
-        EXPECT_EQ(kill(-parent, SIGKILL), 0);  // the children, which were there until now
+        EXPECT_EQ(kill(-group, SIGKILL), 0);  // the children, which were there until now
         ASSERT_TRUE(unlocked) << round;
         ASSERT_EQ(Log(settings, "x"), 0);
     }

@@ -1,53 +1,12 @@
 #include "tests/plugins/zopmekLogger/LoggerFixture.h"
 
 #include <dlfcn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <sstream>
 #include <stdexcept>
-
-pid_t StartChild(const std::function<int()>& function) {
-    const pid_t child = fork();
-    if (child == 0) {
-        alarm(60);  // ends a child that hangs, and one that a failed test left behind
-        _exit(function());
-    }
-    return child;
-}
-
-int WaitForChild(pid_t child) {
-    int status = 0;
-    EXPECT_EQ(waitpid(child, &status, 0), child);
-    return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
-}
-
-Outcome RunChild(const std::function<int()>& function) {
-    int ends[2] = {};
-    EXPECT_EQ(pipe(ends), 0);
-    const pid_t child = StartChild([&] {
-        dup2(ends[1], STDOUT_FILENO);
-        dup2(ends[1], STDERR_FILENO);
-        close(ends[1]);
-        return function();
-    });
-    close(ends[1]);
-    Outcome outcome{};
-    char buffer[4096];
-    for (ssize_t size = 0; (size = read(ends[0], buffer, sizeof buffer)) > 0;) {
-        outcome.output.append(buffer, static_cast<size_t>(size));
-    }
-    close(ends[0]);
-    outcome.status = WaitForChild(child);
-    return outcome;
-}
-
-bool FileExists(const std::string& path) {
-    return std::filesystem::exists(path);
-}
 
 std::vector<std::string> Lines(const std::string& path) {
     const std::string text = ReadFile(path);
@@ -94,7 +53,7 @@ std::string NumberedMessage(int writer, int number) {
 std::map<std::string, int> CountMessages(const std::string& path) {
     std::map<std::string, int> seen;
     std::string file = path;
-    for (int older = 1; FileExists(file); ++older) {
+    for (int older = 1; std::filesystem::exists(file); ++older) {
         for (const std::string& line : Lines(file)) {
             const bool whole =
                 std::count(line.begin(), line.end(), ',') == 6 && line.starts_with("20");

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -12,19 +11,6 @@
 #include "plugins/zopmekLogger/AppLogger.h"
 #include "tests/support/Environment.h"
 #include "tests/support/TempFolder.h"
-
-struct Outcome {
-    int status;          // what the function returned, or minus the signal that ended the process
-    std::string output;  // standard output and standard error together
-};
-
-// Runs the function in a process of its own.
-Outcome RunChild(const std::function<int()>& function);
-
-pid_t StartChild(const std::function<int()>& function);
-int WaitForChild(pid_t child);  // as Outcome::status
-
-bool FileExists(const std::string& path);
 
 // A record with this log file (an absolute or relative name), limit and number of files.
 LibLoggerSettings Settings(const std::string& name, uint64_t size = 0, uint32_t count = 1);
@@ -39,9 +25,12 @@ protected:
     decltype(&alWrite) m_alWrite = nullptr;
 
 private:
-    TempFolder m_folder;
-    ScopedVariable m_dataHome;  // the folder "data" in that folder
+    const TempFolder m_folder;
+    const ScopedVariable m_dataHome;  // the folder "data" in that folder
 };
+
+// The lines of a file, each of which must be complete.
+std::vector<std::string> Lines(const std::string& path);
 
 // The messages of writers that run side by side: each tells its writer and number, and has a length
 // and filling that follow from these, so that a damaged one shows.
@@ -53,6 +42,3 @@ std::map<std::string, int> CountMessages(const std::string& path);
 
 // The same for writers 0 ... writers-1 that wrote their messages 0 ... numbers-1 once each.
 std::map<std::string, int> EachMessageOnce(int writers, int numbers);
-
-// The lines of a file, each of which must be complete.
-std::vector<std::string> Lines(const std::string& path);

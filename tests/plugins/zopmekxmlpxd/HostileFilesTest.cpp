@@ -21,6 +21,8 @@ protected:
         }
         return bytes;
     }
+
+    const TempFolder m_folder;
 };
 
 TEST_F(HostileFiles, NotWellFormed) {
@@ -85,7 +87,6 @@ TEST_F(HostileFiles, DeeperThanTheStack) {
     for (size_t level = 0; level < DEPTH; ++level) {
         text += "</a>";
     }
-    const TempFolder folder;
     const Handle document = Parse(text);
     ASSERT_NE(nullptr, document);
     const Handle root = Root(document);
@@ -93,17 +94,16 @@ TEST_F(HostileFiles, DeeperThanTheStack) {
     EXPECT_EQ(DEPTH - 1,
               entries.GetElementsByElementName(root.get(), "a", nullptr, 0, &work, &err));
     EXPECT_EQ(1U, entries.SelectNodesInElement(root.get(), "//a[not(a)]", nullptr, 0, &work, &err));
-    EXPECT_EQ(0U, entries.Save(document.get(), folder.Path("deep").c_str()))
+    EXPECT_EQ(0U, entries.Save(document.get(), m_folder.Path("deep").c_str()))
         << "the indentation has an end";
-    EXPECT_NE(nullptr, Document(entries.CreateDocByFile(folder.Path("deep").c_str(), &err)));
+    EXPECT_NE(nullptr, Document(entries.CreateDocByFile(m_folder.Path("deep").c_str(), &err)));
     EXPECT_EQ(0U, entries.RemoveElement(Child(root).get()));
     EXPECT_NE(std::string::npos, Block(document).find("\n<a/>\n"));
 }
 
 TEST_F(HostileFiles, LargerThanTheLimit) {
     constexpr size_t LIMIT = 128UL << 20;
-    const TempFolder folder;
-    const std::string path = folder.Path("large");
+    const std::string path = m_folder.Path("large");
     std::string text = "<r>" + std::string(LIMIT - 7, 'x') + "</r>";
     WriteFile(path, text);
     const Handle document = Document(entries.CreateDocByFile(path.c_str(), &err));
@@ -123,10 +123,10 @@ TEST_F(HostileFiles, LargerThanTheLimit) {
 }
 
 TEST_F(HostileFiles, NotAFile) {
-    const TempFolder folder;
-    const std::string pipe = folder.Path("pipe");
+    const std::string pipe = m_folder.Path("pipe");
     ASSERT_EQ(0, mkfifo(pipe.c_str(), 0600));
-    for (const std::string& path : {folder.Path("none"), folder.Path(), pipe, "/dev/zero"s, ""s}) {
+    for (const std::string& path :
+         {m_folder.Path("none"), m_folder.Path(), pipe, "/dev/zero"s, ""s}) {
         EXPECT_EQ(nullptr, entries.CreateDocByFile(path.c_str(), &err)) << path;
         EXPECT_EQ(4U, err) << path;
     }

@@ -6,12 +6,10 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "tests/support/XmlParserModule.h"
 
 using Handle = std::unique_ptr<void, std::function<void(void*)>>;
-using Names = std::vector<std::string>;
 
 struct XmlParser {
     explicit XmlParser(const char* path = XML_PARSER) : entries(LoadXmlParser(path)) {}
