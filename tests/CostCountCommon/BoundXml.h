@@ -11,6 +11,8 @@
 #include "CostCountCommon/xmlpxd/XmlNode.h"
 #include "tests/support/CountingParser.h"
 
+using xmlpxd::XmlNode;
+
 class BoundXml : public CCommonXmlPxd {
 public:
     using CCommonXmlPxd::m_CommandKeys;

@@ -2,8 +2,6 @@
 
 namespace {
 
-using xmlpxd::XmlNode;
-
 struct Caps {
     using Record = CCommonXmlPxdDataPrinterCaps;
     static constexpr const char* PLACE = "data/Norvane/Tallyquist/PrinterCaps/a";
