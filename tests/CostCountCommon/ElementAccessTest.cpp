@@ -83,6 +83,9 @@ TEST_F(ElementAccess, AnElementIsReadIntoARecord) {
     }
     EXPECT_FALSE(m_xml.GetElementData(Element("stranger").Get(), &record, &err));
     EXPECT_EQ(2U, err);
+    CountingParser::Fail("GetAttributes", 2, REFUSED);
+    EXPECT_FALSE(m_xml.GetElementData(Element("//port").Get(), &record, &err));
+    EXPECT_EQ(REFUSED, err);
     EXPECT_EQ("printer", record.m_Name) << "what cannot be read leaves the record alone";
 }
 
