@@ -28,7 +28,7 @@ TEST(BntExchange, WhateverAPeerSendsTheNextMessageIsFound) {
     const std::string whole = start + "<a><b>1</b></a>";
     // What looks like an end and is none.
     const std::string tricky =
-        start + "<!-- </a> --><a b='/>' c=\">'\"><d/><?e ></a>?><![CDATA[]></a>]]></a >";
+        start + "<!--> </a> --><a b='/>' c=\">'\"><d/><?e ></a>?><![CDATA[]></a>]]></a >";
     std::minstd_rand random;
     std::string noise(5000, ' ');
     std::generate(noise.begin(), noise.end(), [&] { return static_cast<char>(random() >> 8); });
@@ -43,8 +43,9 @@ TEST(BntExchange, WhateverAPeerSendsTheNextMessageIsFound) {
         {"<b/>", {"<b/>"}},  // of the next peer
     };
     const std::string oneTooLarge = std::string(largest).insert(largest.find('x'), "x");
-    for (const std::string& broken : {noise, endless, oneTooLarge, std::string("<<<"),
-                                      std::string("</a>"), std::string("<!DOCTYPE a>")}) {
+    for (const std::string& broken :
+         {noise, endless, oneTooLarge, std::string("<<<"), std::string("</a>"),
+          std::string("x<?xmlo?>"), std::string("<!DOCTYPE a>")}) {
         rows.emplace_back(broken + whole, Texts{BROKEN, whole});
     }
     for (size_t size = 1; size < whole.size(); ++size) {
