@@ -81,6 +81,7 @@ void CCommonXmlPxd::FinishXmlPxd() {
     }
 }
 
+// By value, as the interfaces of the class take texts.
 // NOLINTBEGIN(performance-unnecessary-value-param)
 void* CCommonXmlPxd::OpenXml(std::string path, void** document) {
     if (m_FunctionsXmlPxd == nullptr || path.empty() || document == nullptr) {

@@ -40,6 +40,7 @@ public:
     const std::string& GetName() const { return m_name; }
 
     // The application group's prefix and `shortName`. All cooperating processes use the same.
+    // Throws std::bad_alloc.
     static std::string FullNameOf(const std::string& shortName);
 
 private:

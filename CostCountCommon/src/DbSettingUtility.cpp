@@ -147,8 +147,10 @@ bool CCommonUtility::initializeDBPath(const std::string& folder) try {
     return false;  // out of memory
 }
 
-std::string CCommonUtility::GetDBMoveLockName() {
+std::string CCommonUtility::GetDBMoveLockName() try {
     return "K7Q3MZP2WD.RX.qvtrel/DBMOVE";
+} catch (const std::exception&) {
+    return {};  // out of memory
 }
 
 bool CCommonUtility::IsJobLogDBMoving() try {

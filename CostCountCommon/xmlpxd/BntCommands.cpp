@@ -260,6 +260,7 @@ unsigned int CCommonXmlPxd::CreateBNTRequestCommand(std::string* out, BNTCOMMAND
     });
 }
 
+// By value, as the interfaces of the class take texts.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 unsigned int CCommonXmlPxd::CreateBNTRetCommand(std::string* out, BNTCMDRET_TYPE ret,
                                                 std::string param) {

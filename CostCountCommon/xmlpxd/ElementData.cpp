@@ -214,6 +214,7 @@ bool CCommonXmlPxd::ReadFound(void* element, unsigned int tagId, CCommonXmlPxdEl
     return true;
 }
 
+// By value, as the interfaces of the class take texts.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool CCommonXmlPxd::SetElementBySettingValue(void* start, unsigned int tagId, std::string value) {
     if (m_FunctionsXmlPxd == nullptr) {

@@ -185,6 +185,7 @@ void* CCommonXmlPxd::SearchParentElement(void* parent, unsigned int tagId, unsig
     return nullptr;
 }
 
+// By value, as the interfaces of the class take texts.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 unsigned int CCommonXmlPxd::GetElementNumber(void* node, std::string name, unsigned int* err) {
     if (m_FunctionsXmlPxd == nullptr || node == nullptr || err == nullptr) {

@@ -156,7 +156,7 @@ void OutputFile::Rename() {
     } else if (errno == EEXIST) {
         FailAsExisting();
     } else if (rename(m_temporary.c_str(), m_target.c_str()) != 0) {
-        Fail(errno);
+        Fail(errno);  // for a file system without links, which has nothing better
     }
     // Makes the new name durable; a file system that cannot do so still has the whole file.
     const FileDescriptor folder =

@@ -12,6 +12,9 @@ namespace tallyquist {
 // beside the target, and renamed by Commit. A target that is a symbolic link is followed, not
 // replaced. The target "-" is standard output: the temporary file then lies in the folder for such
 // files and is copied. Failures are CommandErrors that name the file and the reason.
+//
+// Unlike the library's ReplacingFile it names the temporary file for others to write, and removes
+// it when the program is interrupted.
 class OutputFile {
 public:
     // Refuses a target that exists unless `replace`, and one that is no regular file.

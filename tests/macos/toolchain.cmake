@@ -45,4 +45,5 @@ set(CMAKE_C_FLAGS_INIT "-nostdlibinc -D_XOPEN_SOURCE=700 ${own}")
 set(CMAKE_CXX_FLAGS_INIT
     "-nostdinc++ -D_LIBCPP_DISABLE_AVAILABILITY -isystem ${libcxx} ${CMAKE_C_FLAGS_INIT}")
 set(CMAKE_OBJCXX_FLAGS_INIT "${CMAKE_CXX_FLAGS_INIT}")
+# The compiler is told things for compiling when it links too.
 set(CMAKE_MODULE_LINKER_FLAGS_INIT "-fuse-ld=lld -nostdlib -Wno-unused-command-line-argument -undefined dynamic_lookup -F${CMAKE_CURRENT_LIST_DIR}/frameworks")

@@ -145,10 +145,10 @@ TEST(Inputs, NoRecordIsLostBelowAnIncompleteOne) {
 TEST(Inputs, StandardInput) {
     const Folder folder;
     const std::string path = folder.WriteGzip("log", Record("1", "21") + "stray\n");
-    // A pipe cannot be read twice, a file can.
+    // A pipe cannot be read twice, a file can. The shell is given this test's own file name.
     for (const std::string& command : {"cat '" + path + "'", std::string()}) {
         FILE* pipe = command.empty() ? std::fopen(path.c_str(), "rb")
-                                     : popen(command.c_str(), "r");  // NOLINT: own file name
+                                     : popen(command.c_str(), "r");  // NOLINT
         ASSERT_NE(pipe, nullptr);
         ASSERT_GE(dup2(fileno(pipe), STDIN_FILENO), 0);
         const Outcome outcome = ReadFiles({});
