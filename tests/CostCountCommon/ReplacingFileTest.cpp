@@ -2,16 +2,13 @@
 #include "CostCountCommon/src/ReplacingFile.h"
 
 #include <gtest/gtest.h>
-#include <linux/filter.h>
-#include <linux/seccomp.h>
-#include <sys/prctl.h>
-#include <sys/syscall.h>
 
 #include <cerrno>
 #include <filesystem>
 #include <iterator>
 
 #include "tests/support/Processes.h"
+#include "tests/support/RefusedCalls.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
@@ -29,19 +26,6 @@ bool Place(const std::string& target, Placement placement) {
     return file.Create(target, placement) && file.Write("new", 3) && file.Commit();
 }
 
-// From now on this process finds hard links as unknown as on a file system without them.
-bool RefuseHardLinks() {
-    struct sock_filter program[] = {
-        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(struct seccomp_data, nr)),
-        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, __NR_linkat, 0, 1),
-        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EPERM),
-        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
-    };
-    const struct sock_fprog filter = {std::size(program), program};
-    return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
-           prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
-}
-
 // The target appears while the second file is written.
 TEST(ReplacingFile, TakesOnlyFreeNamesWhenExclusive) {
     for (const bool hasHardLinks : {true, false}) {
@@ -49,7 +33,7 @@ TEST(ReplacingFile, TakesOnlyFreeNamesWhenExclusive) {
         const std::string free = folder.Path("free");
         const std::string target = folder.Path("target");
         ChildProcess child([&] {
-            if (!hasHardLinks && (!RefuseHardLinks() || link("/none", "/none") == 0)) {
+            if (!hasHardLinks && !RefuseCalls(HARD_LINKS, EPERM)) {
                 return 2;
             }
             EXPECT_TRUE(Place(free, Placement::EXCLUSIVE));

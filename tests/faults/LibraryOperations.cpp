@@ -176,11 +176,11 @@ const Operation OPERATIONS[] = {
     {"CreateCFString, CFStringToUstring", ConvertText, MEMORY},
     {"CopyFile",
      [](Bench& b) { return CopyFile(b.variant == 0 ? "from1" : "from2", "target/copy", 0); },
-     MEMORY | SYSTEM | KILL, "target/copy", WriteSources},
+     MEMORY | SYSTEM | PLACE | KILL, "target/copy", WriteSources},
     // There is nobody to tell of a failure to store a preference.
     {"SetPreferenceValue",
      [](Bench& b) { return SetPreferenceValue(CONFIRM_TIME, b.Written().number.c_str()), true; },
-     MEMORY | SYSTEM | KILL, PREFERENCES, WritePreferences, UNTOLD},
+     MEMORY | SYSTEM | PLACE | KILL, PREFERENCES, WritePreferences, UNTOLD},
     {"GetPreferenceValue", GetPreference, MEMORY, PREFERENCES, WritePreferences},
     {"DataExporterCreate ... Dispose", ExportTable, MEMORY | SYSTEM, "target/jobs.csv", RemoveTable,
      GONE},
@@ -192,15 +192,15 @@ const Operation OPERATIONS[] = {
     {"CNamedLock", TakeLock, MEMORY},
 
     {"settings set", [](Bench& b) { return Run("settings set MaxDetch " + b.Written().number); },
-     SYSTEM | KILL, GROUP_FOLDER "/CMSystemSetting.cfg"},
+     SYSTEM | PLACE | KILL, GROUP_FOLDER "/CMSystemSetting.cfg"},
     {"printers add",
      [](Bench&) { return Run("printers add --serial P1 --model M --port-type usb --port 1"); },
-     SYSTEM, PRINTERS, AddFirstPrinter},
+     SYSTEM | PLACE, PRINTERS, AddFirstPrinter},
     {"printers set",
      [](Bench& b) { return Run("printers set P0 --name en=" + b.Written().number); }, KILL,
      PRINTERS, AddFirstPrinter},
-    {"costs import", ImportCosts, SYSTEM | KILL, LOCAL_FOLDER "/Cost/Office", WriteTables},
-    {"export -o", ExportJobs, SYSTEM | KILL, "target/exported.csv", WriteTables},
+    {"costs import", ImportCosts, SYSTEM | PLACE | KILL, LOCAL_FOLDER "/Cost/Office", WriteTables},
+    {"export -o", ExportJobs, SYSTEM | PLACE | KILL, "target/exported.csv", WriteTables},
 };
 
 }  // namespace

@@ -17,7 +17,8 @@ enum class Promise {
     KEPT,     // WHOLE; done also where anything lies already, which stays
 };
 
-enum Faults : unsigned int { PARSER = 1, MEMORY = 2, SYSTEM = 4, KILL = 8 };
+// PLACE is for what flushes a file and then gives it its name; what writes in place does neither.
+enum Faults : unsigned int { PARSER = 1, MEMORY = 2, SYSTEM = 4, PLACE = 8, KILL = 16 };
 
 struct Operation {
     const char* name;

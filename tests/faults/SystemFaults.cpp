@@ -1,14 +1,16 @@
-// Writers on disks and folders that do not let them: each attempt in a child process, for which
-// alone the fault is made.
+// Writers on disks and folders that do not let them, and with system calls that fail: each attempt
+// in a child process, for which alone the fault is made.
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 
 #include "tests/faults/Family.h"
+#include "tests/support/RefusedCalls.h"
 
 namespace fs = std::filesystem;
 
@@ -94,18 +96,26 @@ bool PutFolderInPlace(const Trial& trial, int) {
     return true;
 }
 
+template <unsigned int CALLS>
+bool Refuse(const Trial&, int) {
+    return RefuseCalls(CALLS, EIO);
+}
+
 struct Hindrance {
     const char* name;
+    Faults writers;  // that it befalls; those of PLACE cannot get over it
     int (*steps)(const Trial& trial);
     bool (*impose)(const Trial& trial, int step);  // in the child; false when that is not possible
 };
 
 constexpr Hindrance HINDRANCES[] = {
-    {"a full disk", Pages, FillDisk},
-    {"a limit on the size of files", Always<LIMITS>, LimitFileSize},
-    {"a folder that is read-only", Always<1>, ProtectFolder},
-    {"a folder that is missing", Always<1>, TakeFolderAway},
-    {"a folder in the file's place", Always<1>, PutFolderInPlace},
+    {"a full disk", SYSTEM, Pages, FillDisk},
+    {"a limit on the size of files", SYSTEM, Always<LIMITS>, LimitFileSize},
+    {"a folder that is read-only", SYSTEM, Always<1>, ProtectFolder},
+    {"a folder that is missing", SYSTEM, Always<1>, TakeFolderAway},
+    {"a folder in the file's place", SYSTEM, Always<1>, PutFolderInPlace},
+    {"a failing flush", PLACE, Always<1>, Refuse<FLUSHES>},
+    {"a failing rename", PLACE, Always<1>, Refuse<RENAMES | HARD_LINKS>},
 };
 
 }  // namespace
@@ -116,6 +126,7 @@ bool TrySystemFaults() {
         Bench bench(XML_PARSER, ITEMS);
         const auto attempt = [&](Trial& trial, const Operation&) {
             bool isPossible = true;
+            trial.canBeDone = hindrance.writers != PLACE;
             const int steps = hindrance.steps(trial);
             for (int step = 0; step < steps && isPossible; ++step) {
                 const std::string fault =
@@ -125,7 +136,7 @@ bool TrySystemFaults() {
             }
             return isPossible;
         };
-        isWell = TryFamily(hindrance.name, SYSTEM, bench, attempt) && isWell;
+        isWell = TryFamily(hindrance.name, hindrance.writers, bench, attempt) && isWell;
     }
     return isWell;
 }

@@ -126,7 +126,7 @@ void Trial::Judge(bool isDone, const std::string& fault) {
     Require(Leftovers() == 0, fault, "another file was left");
     const Contents now = ContentsOf(file);
     const bool isOld = now == before;
-    const bool isNew = now == after || (!before && now && now == m_fromNothing);
+    const bool isNew = canBeDone && (now == after || (!before && now && now == m_fromNothing));
     const bool isGone = !now && m_operation.promise == Promise::GONE;
     if (m_operation.promise == Promise::UNTOLD) {
         Require(isOld || isNew, fault, "the file is neither the earlier nor the new one");

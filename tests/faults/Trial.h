@@ -44,6 +44,7 @@ public:
     std::function<void()> arm = [] {};
     std::function<void()> disarm = [] {};
     bool isValueTold = true;  // whether a value is looked at
+    bool canBeDone = true;    // whether the fault may be got over
     Contents before;
     Contents after;
     Tally counts;

@@ -17,7 +17,7 @@ constexpr const char* PRINTERS = "target/printers";
 constexpr const char* COSTS = "target/file";
 constexpr const char* CAPS = LOCAL_FOLDER "/PrinterCaps/file";
 constexpr unsigned int READS = PARSER | MEMORY;
-constexpr unsigned int WRITES = PARSER | MEMORY | SYSTEM | KILL;
+constexpr unsigned int WRITES = PARSER | MEMORY | SYSTEM | PLACE | KILL;
 
 template <bool (Xml::*GET)(std::string*)>
 bool Get(Bench& b) {
@@ -131,9 +131,9 @@ const Operation OPERATIONS[] = {
      [](Bench& b) { return CCommonUtility::GetDBSetting("target", &b.out, &b.second); }, READS, DB,
      WriteDb},
     {"CheckDBSettingFile", [](Bench&) { return CCommonUtility::CheckDBSettingFile("target"); },
-     READS | SYSTEM, DB, RemoveDb, KEPT},
+     READS | SYSTEM | PLACE, DB, RemoveDb, KEPT},
     {"initializeDBPath", [](Bench&) { return CCommonUtility::initializeDBPath("target"); },
-     READS | SYSTEM, DB, EmptyDb},
+     READS | SYSTEM | PLACE, DB, EmptyDb},
 
     {"CreatePrinterListFile", WritePrinters, WRITES, PRINTERS},
     {"GetPrinterList", [](Bench& b) { return b.xml->GetPrinterList(PRINTERS, &b.printers); }, READS,
