@@ -2,6 +2,7 @@
 #include <filesystem>
 
 #include "CostCountCommon/CommonUtility.h"
+#include "compatible/osFree.h"
 #include "tests/faults/Operation.h"
 
 namespace {
@@ -39,9 +40,10 @@ bool WriteGroupDb(Bench& b) {
 bool RemoveDb(Bench&) {
     return std::filesystem::remove(DB);
 }
-bool EmptyDb(Bench&) {
-    WriteFile(DB, ReadFile(CCommonUtility::GetDefaultDBSettingsFilePath()));
-    return true;
+// The second variant takes the path out again, by a file that appears whole.
+bool InitializeDb(Bench& b) {
+    return b.variant == 0 ? CCommonUtility::initializeDBPath("target")
+                          : CopyFile(CCommonUtility::GetDefaultDBSettingsFilePath().c_str(), DB, 0);
 }
 bool WritePrinters(Bench& b) {
     return b.xml->CreatePrinterListFile(PRINTERS, b.Written().printers) != FAILED;
@@ -132,8 +134,7 @@ const Operation OPERATIONS[] = {
      WriteDb},
     {"CheckDBSettingFile", [](Bench&) { return CCommonUtility::CheckDBSettingFile("target"); },
      READS | SYSTEM | PLACE, DB, RemoveDb, KEPT},
-    {"initializeDBPath", [](Bench&) { return CCommonUtility::initializeDBPath("target"); },
-     READS | SYSTEM | PLACE, DB, EmptyDb},
+    {"initializeDBPath", InitializeDb, WRITES, DB},
 
     {"CreatePrinterListFile", WritePrinters, WRITES, PRINTERS},
     {"GetPrinterList", [](Bench& b) { return b.xml->GetPrinterList(PRINTERS, &b.printers); }, READS,
