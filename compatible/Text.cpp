@@ -2,10 +2,10 @@
 #include <cerrno>
 #include <charconv>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <iterator>
+#include <new>
 #include <type_traits>
 
 #include "compatible/ReplaceAll.h"
@@ -74,7 +74,7 @@ char* SysAllocString(const char* text) {
         return nullptr;
     }
     const size_t size = std::strlen(text) + 1;
-    auto* copy = static_cast<char*>(std::calloc(size, 1));
+    auto* copy = static_cast<char*>(::operator new(size, std::nothrow));
     if (copy != nullptr) {
         std::memcpy(copy, text, size);
     }
@@ -82,7 +82,7 @@ char* SysAllocString(const char* text) {
 }
 
 int SysFreeString(void* p) {
-    std::free(p);
+    ::operator delete(p);
     return 0;
 }
 

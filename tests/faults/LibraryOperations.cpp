@@ -39,6 +39,12 @@ bool ConvertText(Bench& b) {
     }
     return !b.second.empty();
 }
+bool CopyText(Bench& b) {
+    char* copy = SysAllocString("text");
+    b.second = copy == nullptr ? "" : copy;
+    SysFreeString(copy);
+    return !b.second.empty();
+}
 bool ListPlugins(Bench& b) {
     std::vector<std::string> names;
     CCommonUtility::GetFileList(b.contents, names);
@@ -101,15 +107,18 @@ bool ReadMessage(Bench& b) {
     return reader.Append(b.command.data(), b.command.size()) &&
            reader.Finish(&b.second) == BntRead::MESSAGE;
 }
-bool WaitForEvents(Bench&) {
-    void* events[2] = {};
+bool WaitForEvents(Bench& b) {
+    const char* name = b.eventName.c_str();
+    void* events[2] = {nullptr, CreateEvent(nullptr, false, false, name)};
+    void* opened = OpenEvent(0, false, name);
     int result = static_cast<int>(WAIT_FAILED);
-    if (CCommonUtility::CreateEvent(&events[0]) && CCommonUtility::CreateEvent(&events[1])) {
-        SetEvent(events[1]);
+    if (opened != nullptr && CCommonUtility::CreateEvent(&events[0])) {
+        SetEvent(opened);
         result = WaitForMultipleObjects(2, events, false, 60000);
     }
     CloseHandle(events[0]);
     CloseHandle(events[1]);
+    CloseHandle(opened);
     return result == static_cast<int>(WAIT_OBJECT_0) + 1;
 }
 bool WaitForEvent(Bench& b) {
@@ -152,15 +161,25 @@ bool AddSecondPrinter(Bench& b) {
 bool ImportCosts(Bench& b) {
     return Run("costs import Office prices" + b.Written().number);
 }
+bool SetCost(Bench& b) {
+    return Run("costs set Office ink C 0." + b.Written().number);
+}
+bool ImportCaps(Bench& b) {
+    return Run("caps import P0 caps" + b.Written().number);
+}
+bool SetDbPath(Bench& b) {
+    return Run("db path /" + b.Written().number);
+}
 bool ExportJobs(Bench& b) {
     return Run("export --force -q -o target/exported.csv log" + b.Written().number);
 }
 bool WriteTables(Bench& b) {
     for (const Records& r : b.records) {
         WriteFile("prices" + r.number, Lines(b, "kind,id,cost", "ink,ink ", ",0." + r.number));
+        WriteFile("caps" + r.number, Lines(b, "kind,id,color", "ink,ink ", ",C" + r.number));
         WriteFile("log" + r.number, Lines(b, "user,job", "user " + r.number + ",", ""));
     }
-    return ImportCosts(b) && ExportJobs(b);
+    return ImportCosts(b) && ImportCaps(b) && ExportJobs(b);
 }
 
 const Operation OPERATIONS[] = {
@@ -178,6 +197,7 @@ const Operation OPERATIONS[] = {
          return !(b.second = CCommonUtility::GetLibPath(CCommonUtility::PATH_PRINT)).empty();
      },
      MEMORY},
+    {"SysAllocString, SysFreeString", CopyText, MEMORY},
     {"GetFileList", ListPlugins, MEMORY},
     {"CreateCFString, CFStringToUstring", ConvertText, MEMORY},
     {"CopyFile",
@@ -192,7 +212,7 @@ const Operation OPERATIONS[] = {
      GONE},
     {"InitLibLogger, alWrite", WriteLog, MEMORY | SYSTEM, LOG, WriteEarlierLog},
     {"CBntMessageReader", ReadMessage, MEMORY},
-    {"CreateEvent, WaitForMultipleObjects", WaitForEvents, MEMORY},
+    {"CreateEvent ... WaitForMultipleObjects", WaitForEvents, MEMORY},
     {"CEventHandle", WaitForEvent, MEMORY},
     {"StartThread, WaitForSingleObject", RunThread, MEMORY},
     {"CNamedLock", TakeLock, MEMORY},
@@ -204,6 +224,9 @@ const Operation OPERATIONS[] = {
      [](Bench& b) { return Run("printers set P0 --name en=" + b.Written().number); }, KILL,
      PRINTERS, AddFirstPrinter},
     {"costs import", ImportCosts, SYSTEM | PLACE | KILL, LOCAL_FOLDER "/Cost/Office", WriteTables},
+    {"costs set", SetCost, SYSTEM | PLACE | KILL, LOCAL_FOLDER "/Cost/Office"},
+    {"caps import", ImportCaps, SYSTEM | PLACE | KILL, LOCAL_FOLDER "/PrinterCaps/P0", WriteTables},
+    {"db path", SetDbPath, SYSTEM | PLACE | KILL, GROUP_FOLDER "/db_settings"},
     {"export -o", ExportJobs, SYSTEM | PLACE | KILL, "target/exported.csv", WriteTables},
 };
 
