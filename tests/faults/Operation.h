@@ -12,6 +12,7 @@
 enum class Promise {
     WHOLE,    // told: the earlier file and value; else the new ones
     UNTOLD,   // the earlier file or the new one, though not every failure is told of
+    SAVED,    // UNTOLD, but a file that cannot be placed is told of
     PARTIAL,  // WHOLE for the file; the value is what could be read
     GONE,     // WHOLE, or told and no file
     KEPT,     // WHOLE; done also where anything lies already, which stays

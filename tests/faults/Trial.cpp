@@ -128,7 +128,9 @@ void Trial::Judge(bool isDone, const std::string& fault) {
     const bool isOld = now == before;
     const bool isNew = canBeDone && (now == after || (!before && now && now == m_fromNothing));
     const bool isGone = !now && m_operation.promise == Promise::GONE;
-    if (m_operation.promise == Promise::UNTOLD) {
+    if (m_operation.promise == Promise::UNTOLD || m_operation.promise == Promise::SAVED) {
+        const bool isTold = !isDone || canBeDone || m_operation.promise == Promise::UNTOLD;
+        Require(isTold, fault, "a failed save was not told of");
         Require(isOld || isNew, fault, "the file is neither the earlier nor the new one");
         return;
     }

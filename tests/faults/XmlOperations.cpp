@@ -144,7 +144,7 @@ const Operation OPERATIONS[] = {
     {"GetUnitCost", [](Bench& b) { return b.xml->GetUnitCost(b.name, "target/", b.costs); }, READS,
      COSTS, WriteCosts, PARTIAL},
     // Deliberately tells of a failed save only.
-    {"CreatePrinterCapsFile", WriteCaps, WRITES, CAPS, nullptr, UNTOLD},
+    {"CreatePrinterCapsFile", WriteCaps, WRITES, CAPS, nullptr, SAVED},
     {"GetPrinterCaps", [](Bench& b) { return b.xml->GetPrinterCaps(b.name, b.caps); }, READS, CAPS,
      WriteCaps, PARTIAL},
     {"GetUserSetting", [](Bench& b) { return b.xml->GetUserSetting(b.settings); }, READS, nullptr,
