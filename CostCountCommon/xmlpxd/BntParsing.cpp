@@ -15,7 +15,6 @@
 namespace {
 
 using xmlpxd::NumberOf;
-using xmlpxd::Print;
 using xmlpxd::XmlDocument;
 using xmlpxd::XmlNode;
 

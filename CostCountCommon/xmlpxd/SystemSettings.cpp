@@ -16,7 +16,6 @@
 namespace {
 
 using xmlpxd::NumberOf;
-using xmlpxd::XmlNode;
 
 constexpr const char* SOURCE = "CommonXmlPxd";
 
