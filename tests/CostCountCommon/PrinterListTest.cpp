@@ -3,7 +3,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
 using namespace std::string_literals;
 
 constexpr unsigned int NOT_WRITTEN = 0xFFFFFFFF;

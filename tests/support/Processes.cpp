@@ -1,6 +1,7 @@
 #include "tests/support/Processes.h"
 
 #include <fcntl.h>
+#include <semaphore.h>
 #include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,6 +11,9 @@
 #include <iterator>
 #include <stdexcept>
 #include <string_view>
+
+#include "CostCountCommon/include/CEventHandle.h"
+#include "CostCountCommon/src/platform/Platform.h"
 
 ChildProcess::ChildProcess(const std::function<int()>& body) : m_id(fork()) {
     if (m_id == 0) {
@@ -43,6 +47,7 @@ std::string UniqueShortName(int index) {
     for (auto rest = static_cast<size_t>(getpid()); name.size() < 5; rest /= DIGITS.size()) {
         name += DIGITS[rest % DIGITS.size()];
     }
+    sem_unlink(platform::SemaphoreName(CEventHandle::FullNameOf(name)).c_str());
     return name;
 }
 

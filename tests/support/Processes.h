@@ -24,7 +24,8 @@ private:
     pid_t m_id;
 };
 
-// A name of 5 characters for semaphores. `index` tells those of one test apart, below 36.
+// A name of 5 characters for the events of this process, which nobody has: one that a killed
+// process of the same number left is removed. `index` tells those of one test apart, below 36.
 std::string UniqueShortName(int index = 0);
 
 // The turn at something that all programs of this machine know by one fixed name, so that tests of
